@@ -1,0 +1,33 @@
+#include "CommandLine.h"
+
+#include "HomeFolder.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <cstdio>
+
+int main(int argc, char** argv) {
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    const QString programFolder = QFileInfo(arguments.value(0)).absolutePath();
+    CommandLine cl = ParseCommandLine(arguments, programFolder);
+    if (!cl.error.isEmpty()) {
+        std::fprintf(stderr, "orvel: %s\nusage: orvel [--home DIR] [query STATEMENT | check | recalc]\n",
+                     qPrintable(cl.error));
+        return 2;
+    }
+    SetHomeFolder(cl.home);
+    if (cl.subcommand.isEmpty())
+        return RunDesktop(cl, argc, argv);
+
+    QCoreApplication app(argc, argv);
+    if (cl.subcommand == "query")
+        return RunQueryCommand(cl);
+    if (cl.subcommand == "check")
+        return RunCheckCommand(cl);
+    if (cl.subcommand == "recalc")
+        return RunRecalcCommand(cl);
+    std::fprintf(stderr, "orvel: unknown command %s\n", qPrintable(cl.subcommand));
+    return 2;
+}
