@@ -7,7 +7,7 @@
 #include <QString>
 #include <memory>
 
-class QLockFile;
+#include <QLockFile> // complete here: every owner of a Session destroys the lock
 
 struct Session {
     // The one open store for the run.
@@ -33,6 +33,8 @@ struct Session {
     int CurrentTankID = 0;
     int CurrentPurchaseID = 0;
     int VehicleID = 0;
+    int LastVehicleID = 0;           // TransID of the vehicle the detail screen saved last
+    int ServiceHistoryVehicleID = 0; // set by the vehicle list while it shows frmVoerDiens for one vehicle
 
     std::unique_ptr<QLockFile> instanceLock;
 };
