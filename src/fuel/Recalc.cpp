@@ -1,0 +1,516 @@
+#include "Recalc.h"
+
+#include "Database.h"
+#include "JetTypes.h"
+#include "QueryHelpers.h"
+#include "RecalcSteps.h"
+#include "Session.h"
+#include "Vb.h"
+
+#include <QHash>
+#include <QLocale>
+#include <QProgressBar>
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace recalc {
+
+QString CleanedKm(const Value& km) {
+    return RegexReplace(ReadingText(km), "[^0-9\\.]", ".");
+}
+
+} // namespace recalc
+
+namespace {
+
+using recalc::Retrying;
+
+// A key column's value as a spliced "= n" matches it: numerically. Null and text match no number.
+std::optional<double> NumericKey(const Value& v) {
+    if (v.isNull() || v.isEmpty() || !v.isNumeric())
+        return std::nullopt;
+    return v.toDouble();
+}
+
+// How "Datum < 'bound'" orders a stored date: Null never passes, a number stands before every text,
+// texts compare case-blind (ASCII), as the text columns' NOCASE collation does.
+struct DateKey {
+    int rank = 0; // 0 number, 1 text
+    std::string folded;
+    auto operator<=>(const DateKey&) const = default;
+};
+
+std::string FoldAscii(const QString& text) {
+    std::string bytes = text.toStdString();
+    for (char& c : bytes)
+        if (c >= 'A' && c <= 'Z')
+            c = static_cast<char>(c - 'A' + 'a');
+    return bytes;
+}
+
+std::optional<DateKey> StoredDateKey(const Value& v) {
+    if (v.isNull() || v.isEmpty())
+        return std::nullopt;
+    if (v.type() == VType::String)
+        return DateKey{1, FoldAscii(v.toString())};
+    return DateKey{0, {}};
+}
+
+DateKey BoundDateKey(const Value& stockTakeDate) {
+    return DateKey{1, FoldAscii(stockTakeDate.toString())};
+}
+
+// val() of a stored amount as the summing statements read it; Null adds nothing.
+std::optional<double> Amount(const Value& v) {
+    if (v.isNull() || v.isEmpty())
+        return std::nullopt;
+    return vb::Val(v);
+}
+
+Currency SumToCurrency(long double sum) {
+    return Currency::fromDouble(static_cast<double>(sum));
+}
+
+// Dated amounts of one tank, in date order, with running sums: the sum before a date is one search.
+class DatedSums {
+public:
+    void add(const std::optional<DateKey>& date, double amount) {
+        m_total += amount;
+        if (date)
+            m_rows.push_back({*date, amount});
+    }
+    void seal() {
+        std::stable_sort(m_rows.begin(), m_rows.end(), [](const Row& a, const Row& b) { return a.date < b.date; });
+        m_prefix.assign(m_rows.size() + 1, 0.0L);
+        for (size_t i = 0; i < m_rows.size(); ++i)
+            m_prefix[i + 1] = m_prefix[i] + m_rows[i].amount;
+    }
+    long double before(const DateKey& bound) const {
+        auto it = std::lower_bound(m_rows.begin(), m_rows.end(), bound,
+                                   [](const Row& r, const DateKey& b) { return r.date < b; });
+        return m_prefix[static_cast<size_t>(it - m_rows.begin())];
+    }
+    long double total() const { return m_total; }
+
+private:
+    struct Row {
+        DateKey date;
+        double amount;
+    };
+    std::vector<Row> m_rows;
+    std::vector<long double> m_prefix{0.0L};
+    long double m_total = 0.0L;
+};
+
+// Where two rows have the same reading, the chain keeps the order in which the store hands the vehicle's
+// rows to the sort: the order of the index that finds a vehicle's rows (its later columns, then stored
+// order), or stored order without such an index. A key part sorts as SQLite orders values in an index:
+// Null, then numbers, then texts (case-blind for the text columns).
+struct TiePart {
+    int rank = 0; // 0 Null, 1 number, 2 text
+    double number = 0;
+    std::string text;
+    auto operator<=>(const TiePart&) const = default;
+};
+
+TiePart TiePartOf(const Value& v) {
+    if (v.isNull() || v.isEmpty())
+        return {0, 0, {}};
+    if (v.type() == VType::String)
+        return {2, 0, FoldAscii(v.toString())};
+    return {1, v.toDouble(), {}};
+}
+
+struct FuelRow {
+    std::vector<TiePart> tie;
+    Value transId;
+    std::optional<double> vehicle;
+    Value kmRead;
+    Value previousKmRead;
+    double order = 0; // val(KmRead); Null sorts first
+    bool nullOrder = false;
+};
+
+struct StockRow {
+    Value transId;
+    std::optional<double> tank;
+    Value date;
+    Value litersInTank;
+    Value literLesing;
+    Value verlore;
+};
+
+struct PendingWrite {
+    QString table;
+    QString keyColumn;
+    Value key;
+    QString column;
+    Value value;
+};
+
+QString Literal(const Value& v) {
+    switch (v.type()) {
+    case VType::Empty:
+    case VType::Null:
+        return "Null";
+    case VType::Boolean:
+        return v.toBool() ? "True" : "False";
+    case VType::Long:
+        return QString::number(v.toLong());
+    case VType::Double:
+        return QLocale::c().toString(v.toDouble(), 'f', QLocale::FloatingPointShortest);
+    case VType::Currency:
+        return v.toCurrency().toString();
+    case VType::Date:
+        return "#" + v.toDate().toString("MM/dd/yyyy hh:mm:ss") + "#";
+    case VType::String:
+        break;
+    }
+    QString text = v.toString();
+    text.replace("'", "''");
+    return "'" + text + "'";
+}
+
+JetType ColumnType(Database& store, const QString& table, const QString& column) {
+    for (const FieldDef& f : store.Fields(table))
+        if (f.name.compare(column, Qt::CaseInsensitive) == 0)
+            return JetTypeFromWord(f.type, f.size);
+    throw DbError(3265, "Item not found in this collection.");
+}
+
+class FastRecalc {
+public:
+    FastRecalc(Database& store, bool& ok) : m_db(store), m_ok(ok) {}
+
+    int readVehicles();
+    void run(RecalcSummary& summary);
+
+private:
+    void readFuel();
+    void readPurchasesAndStock();
+    void chainOdometers();
+    void bookStockTakes();
+    void balanceTanks();
+    void writeChanges();
+
+    // Records a write when the value the column would hold differs from what it holds.
+    void stage(const QString& table, const QString& keyColumn, const Value& key, const QString& column,
+               const JetType& type, const Value& stored, const Value& assigned);
+
+    template <typename Step> auto guarded(Step&& step) { return Retrying(m_ok, std::forward<Step>(step)); }
+
+    Database& m_db;
+    bool& m_ok;
+
+    std::vector<std::pair<Value, Value>> m_vehicles; // TransID, Km in table order
+    std::vector<FuelRow> m_fuel;
+    std::vector<StockRow> m_stock;
+    std::vector<std::pair<Value, Value>> m_tanks; // TransID, HuidigeVolume in table order
+
+    std::map<double, DatedSums> m_purchases;
+    std::map<double, DatedSums> m_issues;
+    std::map<double, long double> m_verloreTotal; // after the stock takes are rewritten
+
+    JetType m_prevKmType, m_lesingType, m_verloreType, m_volumeType;
+    std::vector<PendingWrite> m_writes;
+};
+
+int FastRecalc::readVehicles() {
+    m_vehicles = guarded([&] {
+        std::vector<std::pair<Value, Value>> rows;
+        auto rs = m_db.OpenRecordset("SELECT TransID, Km FROM Voertuig", RecordsetType::Snapshot);
+        for (; !rs->Eof(); rs->MoveNext())
+            rows.emplace_back(rs->Field(0), rs->Field(1));
+        return rows;
+    });
+    return static_cast<int>(m_vehicles.size());
+}
+
+QStringList VehicleIndexTail(Database& store) {
+    for (const IndexDef& index : store.Indexes("VecFuel"))
+        if (!index.fields.isEmpty() && index.fields.first().compare("VoertuigID", Qt::CaseInsensitive) == 0)
+            return index.fields.mid(1);
+    return {};
+}
+
+void FastRecalc::readFuel() {
+    m_prevKmType = guarded([&] { return ColumnType(m_db, "VecFuel", "previouskmread"); });
+    const QStringList tieColumns = guarded([&] { return VehicleIndexTail(m_db); });
+    QString tieSelect;
+    for (const QString& column : tieColumns)
+        tieSelect += ", " + column;
+    // One scan in stored order serves both the chains and the tank sums.
+    m_fuel = guarded([&] {
+        std::vector<FuelRow> rows;
+        auto rs = m_db.OpenRecordset("SELECT TransID, VoertuigID, KmRead, PreviousKmRead, TankID, Datum, Litres" +
+                                         tieSelect + " FROM VecFuel",
+                                     RecordsetType::Snapshot);
+        m_issues.clear();
+        for (; !rs->Eof(); rs->MoveNext()) {
+            FuelRow row;
+            row.transId = rs->Field(0);
+            row.vehicle = NumericKey(rs->Field(1));
+            row.kmRead = rs->Field(2);
+            row.previousKmRead = rs->Field(3);
+            for (int t = 0; t < tieColumns.size(); ++t)
+                row.tie.push_back(TiePartOf(rs->Field(7 + t)));
+            if (auto tank = NumericKey(rs->Field(4)))
+                if (auto litres = Amount(rs->Field(6)))
+                    m_issues[*tank].add(StoredDateKey(rs->Field(5)), *litres);
+            rows.push_back(std::move(row));
+        }
+        return rows;
+    });
+    for (auto& [tank, sums] : m_issues)
+        sums.seal();
+    for (FuelRow& row : m_fuel) {
+        if (row.kmRead.isNull() || row.kmRead.isEmpty())
+            row.nullOrder = true;
+        else
+            row.order = guarded([&] { return vb::Val(row.kmRead); });
+    }
+}
+
+void FastRecalc::readPurchasesAndStock() {
+    m_lesingType = guarded([&] { return ColumnType(m_db, "TankStock", "LiterLesing"); });
+    m_verloreType = guarded([&] { return ColumnType(m_db, "TankStock", "Verlore"); });
+    guarded([&] {
+        m_purchases.clear();
+        auto rs = m_db.OpenRecordset("SELECT TankID, Datum, Liter FROM FuelPurchase", RecordsetType::Snapshot);
+        for (; !rs->Eof(); rs->MoveNext())
+            if (auto tank = NumericKey(rs->Field(0)))
+                if (auto litres = Amount(rs->Field(2)))
+                    m_purchases[*tank].add(StoredDateKey(rs->Field(1)), *litres);
+    });
+    for (auto& [tank, sums] : m_purchases)
+        sums.seal();
+    m_stock = guarded([&] {
+        std::vector<StockRow> rows;
+        auto rs = m_db.OpenRecordset("SELECT transid, TankID, Datum, LitersInTank, LiterLesing, Verlore FROM TankStock",
+                                     RecordsetType::Snapshot);
+        for (; !rs->Eof(); rs->MoveNext())
+            rows.push_back(
+                {rs->Field(0), NumericKey(rs->Field(1)), rs->Field(2), rs->Field(3), rs->Field(4), rs->Field(5)});
+        return rows;
+    });
+}
+
+void FastRecalc::stage(const QString& table, const QString& keyColumn, const Value& key, const QString& column,
+                       const JetType& type, const Value& stored, const Value& assigned) {
+    const Value converted = guarded([&] { return ConvertForColumn(assigned, type); });
+    if (converted == stored)
+        return;
+    m_writes.push_back({table, keyColumn, key, column, converted});
+}
+
+void FastRecalc::chainOdometers() {
+    std::map<double, std::vector<size_t>> rowsOfVehicle; // stored order within each vehicle
+    for (size_t i = 0; i < m_fuel.size(); ++i)
+        if (m_fuel[i].vehicle)
+            rowsOfVehicle[*m_fuel[i].vehicle].push_back(i);
+
+    // A vehicle number standing twice walks its chain twice; the later walk is what stays.
+    std::map<double, size_t> lastOccurrence;
+    for (size_t v = 0; v < m_vehicles.size(); ++v)
+        if (auto id = NumericKey(m_vehicles[v].first))
+            lastOccurrence[*id] = v;
+
+    for (size_t v = 0; v < m_vehicles.size(); ++v) {
+        auto id = NumericKey(m_vehicles[v].first);
+        if (!id || lastOccurrence[*id] != v)
+            continue;
+        auto found = rowsOfVehicle.find(*id);
+        if (found == rowsOfVehicle.end())
+            continue;
+        std::vector<size_t>& chain = found->second;
+        std::stable_sort(chain.begin(), chain.end(), [&](size_t a, size_t b) {
+            const FuelRow& ra = m_fuel[a];
+            const FuelRow& rb = m_fuel[b];
+            if (ra.nullOrder != rb.nullOrder)
+                return ra.nullOrder;
+            if (!ra.nullOrder && ra.order != rb.order)
+                return ra.order < rb.order;
+            return ra.tie < rb.tie;
+        });
+        QString previousKm = guarded([&] { return recalc::CleanedKm(m_vehicles[v].second); });
+        for (size_t n = 0; n < chain.size(); ++n) {
+            FuelRow& row = m_fuel[chain[n]];
+            if (n > 0)
+                previousKm = guarded([&] { return recalc::ReadingText(m_fuel[chain[n - 1]].kmRead); });
+            stage("VecFuel", "TransID", row.transId, "previouskmread", m_prevKmType, row.previousKmRead,
+                  Value(previousKm));
+        }
+    }
+}
+
+void FastRecalc::bookStockTakes() {
+    // Stock takes are rewritten in stored order, and each one sums the Verlore standing in the table at
+    // that moment: rows already passed with their new value, later rows with their old one.
+    std::vector<std::optional<DateKey>> dates(m_stock.size());
+    std::vector<std::optional<double>> verloreNow(m_stock.size());
+    for (size_t i = 0; i < m_stock.size(); ++i) {
+        dates[i] = StoredDateKey(m_stock[i].date);
+        verloreNow[i] = guarded([&] { return Amount(m_stock[i].verlore); });
+    }
+    std::map<double, std::vector<size_t>> rowsOfTank;
+    for (size_t i = 0; i < m_stock.size(); ++i)
+        if (m_stock[i].tank)
+            rowsOfTank[*m_stock[i].tank].push_back(i);
+
+    for (size_t i = 0; i < m_stock.size(); ++i) {
+        StockRow& row = m_stock[i];
+        Currency balance;
+        if (row.tank) {
+            const double tank = *row.tank;
+            const DateKey bound = BoundDateKey(row.date);
+            if (auto p = m_purchases.find(tank); p != m_purchases.end())
+                balance = guarded([&] { return SumToCurrency(p->second.before(bound)); });
+            long double lost = 0.0L;
+            for (size_t j : rowsOfTank[tank])
+                if (dates[j] && *dates[j] < bound && verloreNow[j])
+                    lost += *verloreNow[j];
+            balance = guarded([&] { return balance + SumToCurrency(lost); });
+            if (auto s = m_issues.find(tank); s != m_issues.end())
+                balance = guarded([&] { return balance - SumToCurrency(s->second.before(bound)); });
+        } else {
+            // "TankID = " with nothing after it is no statement; the handler repeats it.
+            guarded([&] {
+                throw DbError(3075, "Syntax error (missing operator) in query expression 'TankID ='.");
+                return 0;
+            });
+        }
+        const Currency lostNow = guarded([&] { return Currency::fromDouble(vb::Val(row.litersInTank)) - balance; });
+        stage("TankStock", "transid", row.transId, "LiterLesing", m_lesingType, row.literLesing, Value(balance));
+        stage("TankStock", "transid", row.transId, "Verlore", m_verloreType, row.verlore, Value(lostNow));
+        const Value stored = guarded([&] { return ConvertForColumn(Value(lostNow), m_verloreType); });
+        verloreNow[i] = guarded([&] { return Amount(stored); });
+    }
+    m_verloreTotal.clear();
+    for (size_t i = 0; i < m_stock.size(); ++i)
+        if (m_stock[i].tank && verloreNow[i])
+            m_verloreTotal[*m_stock[i].tank] += *verloreNow[i];
+}
+
+void FastRecalc::balanceTanks() {
+    m_volumeType = guarded([&] { return ColumnType(m_db, "Tanks", "HuidigeVolume"); });
+    m_tanks = guarded([&] {
+        std::vector<std::pair<Value, Value>> rows;
+        auto rs = m_db.OpenRecordset("SELECT TransID, HuidigeVolume FROM Tanks", RecordsetType::Snapshot);
+        for (; !rs->Eof(); rs->MoveNext())
+            rows.emplace_back(rs->Field(0), rs->Field(1));
+        return rows;
+    });
+    for (const auto& [transId, volume] : m_tanks) {
+        auto id = NumericKey(transId);
+        if (!id) {
+            guarded([&] {
+                throw DbError(3075, "Syntax error (missing operator) in query expression 'TankID ='.");
+                return 0;
+            });
+            continue;
+        }
+        Currency balance;
+        if (auto p = m_purchases.find(*id); p != m_purchases.end())
+            balance = guarded([&] { return SumToCurrency(p->second.total()); });
+        if (auto l = m_verloreTotal.find(*id); l != m_verloreTotal.end())
+            balance = guarded([&] { return balance + SumToCurrency(l->second); });
+        if (auto s = m_issues.find(*id); s != m_issues.end())
+            balance = guarded([&] { return balance - SumToCurrency(s->second.total()); });
+        stage("Tanks", "TransID", transId, "HuidigeVolume", m_volumeType, volume, Value(balance));
+    }
+}
+
+// Undoes an unfinished batch when something other than a store error ends the run.
+class TransactionGuard {
+public:
+    explicit TransactionGuard(Database& store) : m_db(store) {}
+    ~TransactionGuard() {
+        if (m_open) {
+            try {
+                m_db.Rollback();
+            } catch (...) {
+            }
+        }
+    }
+    void opened() { m_open = true; }
+    void closed() { m_open = false; }
+
+private:
+    Database& m_db;
+    bool m_open = false;
+};
+
+void FastRecalc::writeChanges() {
+    if (m_writes.empty())
+        return;
+    TransactionGuard guard(m_db);
+    guarded([&] { m_db.BeginTrans(); });
+    guard.opened();
+    for (const PendingWrite& w : m_writes) {
+        const QString statement = "UPDATE " + w.table + " SET " + w.column + " = " + Literal(w.value) + " WHERE " +
+                                  w.keyColumn + " = " + Literal(w.key);
+        guarded([&] { m_db.Execute(statement); });
+    }
+    guarded([&] { m_db.CommitTrans(); });
+    guard.closed();
+}
+
+void FastRecalc::run(RecalcSummary& summary) {
+    readFuel();
+    chainOdometers();
+    readPurchasesAndStock();
+    bookStockTakes();
+    balanceTanks();
+    writeChanges();
+    summary.vehicles = static_cast<int>(m_vehicles.size());
+    summary.fuelRows = static_cast<int>(m_fuel.size());
+    summary.stockTakes = static_cast<int>(m_stock.size());
+    summary.tanks = static_cast<int>(m_tanks.size());
+    summary.valuesWritten = static_cast<int>(m_writes.size());
+}
+
+class BarShown {
+public:
+    explicit BarShown(QProgressBar* bar) : m_bar(bar) {
+        if (m_bar)
+            m_bar->setVisible(true);
+    }
+    ~BarShown() {
+        if (m_bar)
+            m_bar->setVisible(false);
+    }
+
+private:
+    QProgressBar* m_bar;
+};
+
+} // namespace
+
+bool Recalc(Database& store, QProgressBar* progressBar, bool showDone, RecalcSummary* summary) {
+    bool ok = true;
+    RecalcSummary local;
+    {
+        BarShown shown(progressBar);
+        FastRecalc work(store, ok);
+        const int vehicles = work.readVehicles();
+        if (progressBar) {
+            progressBar->setMinimum(0);
+            progressBar->setMaximum(vehicles);
+            progressBar->setValue(0);
+        }
+        work.run(local);
+        if (showDone)
+            MsgBox("Recalculation done", MsgButtons::Ok, MsgIcon::None, "Recalc");
+    }
+    if (summary)
+        *summary = local;
+    return ok;
+}
+
+bool Recalc(QProgressBar* progressBar, bool showDone) {
+    return Recalc(db(), progressBar, showDone);
+}

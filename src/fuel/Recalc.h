@@ -1,0 +1,24 @@
+#pragma once
+// The recalculation of everything the capture screens keep incrementally: the odometer chain of every
+// vehicle, the book figures of every tank stock take and the balance of every tank, rebuilt from the
+// transactions alone.
+
+class Database;
+class QProgressBar;
+
+struct RecalcSummary {
+    int vehicles = 0;
+    int fuelRows = 0;
+    int stockTakes = 0;
+    int tanks = 0;
+    int valuesWritten = 0; // stored values that differed and were rewritten
+};
+
+// Runs on the session's store. The bar is shown for the run (maximum the vehicle count, value 0) and
+// hidden at the end; showDone ends with "Recalculation done". False when an error was reported.
+bool Recalc(QProgressBar* progressBar, bool showDone);
+
+// The same on a given store. It reads each table once, computes in memory and writes only the values
+// that change, in one transaction; the store then holds exactly what the row-by-row walk
+// (RecalcRowByRow) leaves, including the effect of stock takes that stand out of date order.
+bool Recalc(Database& store, QProgressBar* progressBar, bool showDone, RecalcSummary* summary = nullptr);
