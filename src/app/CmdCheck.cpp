@@ -3,7 +3,6 @@
 #include "QueryHelpers.h"
 #include "Session.h"
 #include "StoreStartup.h"
-#include "Vb.h"
 
 #include <cstdio>
 #include <exception>
@@ -22,7 +21,8 @@ QString StoredVersion(Database& db) {
     auto rs = db.OpenRecordset("SELECT * FROM Version", RecordsetType::Snapshot);
     if (rs->Eof())
         return "none";
-    return vb::CStr(rs->Field("VMajor")) + "." + vb::CStr(rs->Field("VMinor")) + "." + vb::CStr(rs->Field("VRevision"));
+    return rs->Field("VMajor").toString() + "." + rs->Field("VMinor").toString() + "." +
+           rs->Field("VRevision").toString();
 }
 
 long long CountAllRows(Database& db) {

@@ -176,7 +176,7 @@ QStringList CollectionFromQuery(Database& db, const QString& sql, int fieldIndex
         QStringList out;
         auto rs = db.OpenRecordset(sql);
         while (!rs->Eof()) {
-            const QString item = vb::CStr(rs->Field(fieldIndex));
+            const QString item = rs->Field(fieldIndex).toString();
             if (!unique || FindInCollection(out, item, true, false) == 0)
                 out << item;
             rs->MoveNext();

@@ -72,13 +72,13 @@ TEST(TrimToLastDelimiterTest, CutsAtTheLastDelimiterWhenTheTextHoldsAComma) {
 }
 
 TEST_F(QueryHelpers, EscapeThenUnescapeKeepsAnApostrophe) {
-    QString name = "  o'brien's.garage  ";
+    QString name = "  o'brien's garage  ";
     const QString escaped = SqlEscape(name, true, false, true);
-    EXPECT_EQ(escaped, "O''brien''s.garage");
+    EXPECT_EQ(escaped, "O''brien''s Garage");
     EXPECT_EQ(name, escaped); // changed in place
     db->Execute("insert into kamer ([Desc]) values ('" + escaped + "')");
-    EXPECT_EQ(GetScalar(*db, "select [Desc] from kamer where [Desc] like '*brien*'", "", 0, "err"), "O'brien's.garage");
-    EXPECT_EQ(SqlUnescape(escaped), "O'brien's.garage");
+    EXPECT_EQ(GetScalar(*db, "select [Desc] from kamer where [Desc] like '*brien*'", "", 0, "err"), "O'brien's Garage");
+    EXPECT_EQ(SqlUnescape(escaped), "O'brien's Garage");
     EXPECT_EQ(SqlUnescape("ab''cd", false, 3), "ab'");
 
     QString dotted = "a.b c";
