@@ -97,10 +97,9 @@ private:
 class clsInputDialog : public QObject {
     Q_OBJECT
 public:
-    void ShowDialog(QWidget* owner, const QString& title, int fieldCount, const QString& label1,
-                    const QString& label2, bool mask, const QString& checkCaption, int width, int height,
-                    const QString& prompt = QString(), const QString& startText = QString(), int maxLength = 0,
-                    bool checkValue = false);
+    void ShowDialog(QWidget* owner, const QString& title, int fieldCount, const QString& label1, const QString& label2,
+                    bool mask, const QString& checkCaption, int width, int height, const QString& prompt = QString(),
+                    const QString& startText = QString(), int maxLength = 0, bool checkValue = false);
     QString GetText() const { return m_text; }
 
 public slots:
@@ -112,8 +111,8 @@ private:
 
 // The wrappers the screens call. ShowOptions: width 2500, height 1500 (twips), no default; the index or -1,
 // also left in DialogOption. ShowInput: one field with the prompt above it; "" means cancelled; with a
-// check box caption the answer is text + "|" + "True"/"False"; with trimAtLastComma the text is first cut
-// by TrimToLastDelimiter(text, ","). The answer is also left in DialogText.
+// check box caption the answer is text + "|" + the box's value ("1" ticked, "0" not); with trimAtLastComma the text is
+// first cut by TrimToLastDelimiter(text, ","). The answer is also left in DialogText.
 int ShowOptions(const QString& title, const QString& option1, const QString& option2,
                 const QString& option3 = QString());
 QString ShowInput(const QString& prompt, const QString& startText = QString(), int maxLength = 0,

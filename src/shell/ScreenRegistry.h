@@ -37,7 +37,7 @@ void UnloadForm(const QString& name); // closes it (its close handler may refuse
 
 // The reminder statement builder lives with the reminder screen; the main window's start-up check calls
 // it through this hook. Until it is set, the start-up has no reminder check.
-using ReminderSqlBuilder = std::function<QString(const QString& dateText, int monthsBack, int monthsAhead,
-                                                 bool both, bool licence, bool headings)>;
+using ReminderSqlBuilder = std::function<QString(const QString& dateText, int monthsBack, int monthsAhead, bool both,
+                                                 bool licence, bool headings)>;
 void SetReminderSqlBuilder(ReminderSqlBuilder builder);
 const ReminderSqlBuilder& CurrentReminderSqlBuilder();

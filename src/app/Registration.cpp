@@ -1,0 +1,7 @@
+#include "Registration.h"
+
+#include "frmowner.h"
+
+void RegisterAllScreens() {
+    RegisterShellScreens();
+}

@@ -1,0 +1,219 @@
+#include "ScreenRegistry.h"
+
+#include "Database.h"
+#include "QtMessageService.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QHash>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QPointer>
+#include <QVBoxLayout>
+#include <vector>
+
+namespace {
+
+struct Registry {
+    QHash<QString, ScreenFactory> factories; // keyed by the name in lower case: form names are case-blind
+    std::vector<QPointer<QWidget>> forms;    // loaded forms, in load order
+    QPointer<QMdiArea> mdiArea;
+    ReminderSqlBuilder reminderBuilder;
+};
+
+Registry& registry() {
+    static Registry r;
+    return r;
+}
+
+// Marks a form that has been shown, so that a form hidden by its close counts as unloaded.
+constexpr const char* kShownProperty = "orvelShown";
+
+class ShownWatcher : public QObject {
+public:
+    using QObject::QObject;
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Show)
+            watched->setProperty(kShownProperty, true);
+        return false;
+    }
+};
+
+bool isLoaded(const QWidget* form) {
+    if (!form)
+        return false;
+    return !(form->property(kShownProperty).toBool() && form->isHidden());
+}
+
+void pruneForms() {
+    auto& forms = registry().forms;
+    std::erase_if(forms, [](const QPointer<QWidget>& f) { return !isLoaded(f.data()); });
+}
+
+QWidget* modalParent() {
+    if (QWidget* w = QApplication::activeModalWidget())
+        return w;
+    if (registry().mdiArea)
+        return registry().mdiArea->window();
+    return QApplication::activeWindow();
+}
+
+QWidget* makeForm(const ScreenFactory& factory, QWidget* parent) {
+    try {
+        return factory(parent);
+    } catch (const DbError& e) {
+        ShowRunTimeError(e.number(), e.description());
+    } catch (const VbError& e) {
+        ShowRunTimeError(e.number(), e.description());
+    }
+    return nullptr;
+}
+
+} // namespace
+
+void RegisterScreen(const QString& name, ScreenFactory factory) {
+    registry().factories.insert(name.toLower(), std::move(factory));
+}
+
+bool IsScreenRegistered(const QString& name) {
+    return registry().factories.contains(name.toLower());
+}
+
+void UnregisterAllScreens() {
+    registry().factories.clear();
+}
+
+void SetMdiArea(QMdiArea* area) {
+    registry().mdiArea = area;
+}
+
+QMdiArea* CurrentMdiArea() {
+    return registry().mdiArea.data();
+}
+
+void TrackForm(QWidget* form) {
+    if (!form)
+        return;
+    pruneForms();
+    for (const auto& f : registry().forms)
+        if (f == form)
+            return;
+    form->installEventFilter(new ShownWatcher(form));
+    if (form->isVisible())
+        form->setProperty(kShownProperty, true);
+    registry().forms.emplace_back(form);
+}
+
+QWidget* ShowScreen(const QString& name, bool modal) {
+    const auto it = registry().factories.constFind(name.toLower());
+    if (it == registry().factories.constEnd())
+        return nullptr;
+    const ScreenFactory factory = it.value(); // a copy: the factory may register screens itself
+
+    if (!modal) {
+        if (QWidget* open = FindForm(name)) {
+            if (auto* sub = qobject_cast<QMdiSubWindow*>(open->parentWidget())) {
+                sub->show();
+                if (QMdiArea* area = sub->mdiArea())
+                    area->setActiveSubWindow(sub);
+            } else {
+                open->show();
+                open->raise();
+                open->activateWindow();
+            }
+            return open;
+        }
+    }
+
+    QMdiArea* area = registry().mdiArea.data();
+    QWidget* form = makeForm(factory, modal ? modalParent() : area);
+    if (!form)
+        return nullptr;
+    if (form->objectName().isEmpty())
+        form->setObjectName(name);
+    TrackForm(form);
+
+    if (modal) {
+        QPointer<QWidget> guard(form);
+        auto* dialog = qobject_cast<QDialog*>(form);
+        QPointer<QDialog> wrapper;
+        if (!dialog) {
+            // A plain widget shown modally: a dialog around it, closed when the widget closes.
+            wrapper = new QDialog(modalParent());
+            wrapper->setWindowTitle(form->windowTitle());
+            auto* layout = new QVBoxLayout(wrapper);
+            layout->setContentsMargins(0, 0, 0, 0);
+            layout->addWidget(form);
+            form->setAttribute(Qt::WA_DeleteOnClose);
+            QObject::connect(form, &QObject::destroyed, wrapper, [w = wrapper] {
+                if (w)
+                    w->done(QDialog::Rejected);
+            });
+            dialog = wrapper;
+        }
+        dialog->setModal(true);
+        dialog->exec();
+        if (wrapper)
+            delete wrapper.data();
+        else if (guard)
+            delete guard.data();
+        pruneForms();
+        return nullptr;
+    }
+
+    form->setAttribute(Qt::WA_DeleteOnClose);
+    if (area) {
+        QMdiSubWindow* sub = area->addSubWindow(form);
+        QPointer<QMdiSubWindow> subGuard(sub);
+        // A form that closes itself takes its frame with it.
+        QObject::connect(form, &QObject::destroyed, area, [subGuard] {
+            if (subGuard)
+                subGuard->close();
+        });
+        sub->show();
+        area->setActiveSubWindow(sub);
+    } else {
+        form->show();
+    }
+    return form;
+}
+
+QStringList OpenForms() {
+    pruneForms();
+    QStringList names;
+    for (const auto& f : registry().forms)
+        names << f->objectName();
+    return names;
+}
+
+QWidget* FindForm(const QString& name) {
+    pruneForms();
+    for (const auto& f : registry().forms)
+        if (f->objectName().compare(name, Qt::CaseInsensitive) == 0)
+            return f.data();
+    return nullptr;
+}
+
+bool IsFormVisible(const QString& name) {
+    const QWidget* form = FindForm(name);
+    return form && form->isVisible();
+}
+
+void UnloadForm(const QString& name) {
+    QWidget* form = FindForm(name);
+    if (!form)
+        return;
+    if (auto* sub = qobject_cast<QMdiSubWindow*>(form->parentWidget()))
+        sub->close();
+    else
+        form->close();
+    pruneForms();
+}
+
+void SetReminderSqlBuilder(ReminderSqlBuilder builder) {
+    registry().reminderBuilder = std::move(builder);
+}
+
+const ReminderSqlBuilder& CurrentReminderSqlBuilder() {
+    return registry().reminderBuilder;
+}
