@@ -15,7 +15,7 @@ public:
         c.m_raw = tenThousandths;
         return c;
     }
-    static Currency fromDouble(double value); // half to even at the fourth decimal; throws std::overflow_error
+    static Currency fromDouble(double value); // half to even at the fourth decimal; throws VbError 6 (overflow)
     std::int64_t raw() const { return m_raw; }
     double toDouble() const { return static_cast<double>(m_raw) / 10000.0; }
     QString toString() const; // as CStr shows it: no grouping, no trailing zeros ("54.7945", "12", "-0.5")
@@ -31,8 +31,8 @@ public:
         m_raw -= o.m_raw;
         return *this;
     }
-    Currency operator*(Currency o) const; // rounded half to even
-    Currency operator/(Currency o) const; // rounded half to even; throws std::domain_error on zero
+    Currency operator*(Currency o) const; // rounded half to even; throws VbError 6 (overflow)
+    Currency operator/(Currency o) const; // rounded half to even; throws VbError 11 on zero
     auto operator<=>(const Currency&) const = default;
 
 private:

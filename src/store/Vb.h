@@ -15,7 +15,7 @@ Currency CCur(const Value& value);     // half to even at four decimals
 double CDbl(const Value& value);
 std::int64_t CInt(const Value& value); // half to even; error 6 outside 16 bits
 std::int64_t CLng(const Value& value); // half to even; error 6 outside 32 bits
-QString CStr(const Value& value);
+QString CStr(const Value& value);      // Null -> error 94, as VB; Value::toString gives "" instead
 bool IsNumeric(const Value& value);    // as VB: blanks as the thousands mark are allowed
 bool IsDate(const QString& text);
 
@@ -24,6 +24,11 @@ QDateTime CDate(const Value& value); // throws VbError 13 when the text is no da
 QDateTime DateAddDays(const QDateTime& date, int days);
 QDateTime DateAddMonths(const QDateTime& date, int months); // 31 January + 1 month = last day of February
 std::int64_t DateDiffDays(const QDateTime& from, const QDateTime& to);
+
+// The OLE date serial that VB's Date holds: whole days since 1899-12-30, the time as the fraction of a day
+// (for days before that date the fraction still counts forward into the day). Out of VB's years 100..9999: error 6.
+double DateToSerial(const QDateTime& date);
+QDateTime DateFromSerial(double serial);
 
 // Format(value, pattern) for the number patterns ("### ##0.00", "### ### ##0.00", "###0.00",
 // "### ###.0000", "00000", "0.00", "#,##0.00") and the date patterns ("yyyy/MM/dd", "dd/mm/yyyy",
