@@ -1,7 +1,9 @@
 #include "Registration.h"
 
+#include "FuelScreens.h"
 #include "frmowner.h"
 
 void RegisterAllScreens() {
     RegisterShellScreens();
+    RegisterFuelScreens();
 }
