@@ -1,9 +1,11 @@
 #include "Registration.h"
 
 #include "FuelScreens.h"
+#include "VehicleScreens.h"
 #include "frmowner.h"
 
 void RegisterAllScreens() {
     RegisterShellScreens();
+    RegisterVehicleScreens();
     RegisterFuelScreens();
 }
