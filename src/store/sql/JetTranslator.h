@@ -25,8 +25,8 @@ public:
 // A column for a CREATE or ALTER, in Jet's words, as the executor needs them.
 struct JetColumnSpec {
     QString name;
-    QString type;      // short, int, integer, long, single, float, double, currency, bit, datetime, text, memo, counter
-    int size = 0;      // text(n)
+    QString type; // short, int, integer, long, single, float, double, currency, bit, datetime, text, memo, counter
+    int size = 0; // text(n)
     bool primaryKey = false;
     bool notNull = false;
     bool autoIncrement = false; // AUTOINCREMENT or COUNTER
