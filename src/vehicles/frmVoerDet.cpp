@@ -11,6 +11,7 @@
 #include "MessageService.h"
 #include "QtMessageService.h"
 #include "QueryHelpers.h"
+#include "Rebate.h"
 #include "ReportEngine.h"
 #include "ScreenRegistry.h"
 #include "Session.h"
@@ -83,9 +84,6 @@ void DefaultIfEmpty(QLineEdit* field, const QString& text) {
         field->setText(text);
 }
 
-QString GetRebateRate() {
-    return GetScalar(db(), "SELECT  [rebaterate] FROM [rebate]", "0", 0, "0");
-}
 
 frmVoerDet::frmVoerDet(QWidget* parent) : QDialog(parent) {
     setObjectName("frmVoerDet");

@@ -105,5 +105,3 @@ private:
 
 // Sets the field to `text` when it is empty or its numeric value is 0.
 void DefaultIfEmpty(QLineEdit* field, const QString& text);
-// "SELECT  [rebaterate] FROM [rebate]", "0" when missing.
-QString GetRebateRate();
