@@ -1,0 +1,234 @@
+// The vehicle detail: loading, the checks and their order, silent defaults, the writes of a save, the book
+// value as the user types and the purchase-date steppers.
+#include "frmVoerDet.h"
+#include "Vb.h"
+#include "VehicleTestStore.h"
+
+#include <QComboBox>
+#include <QDateEdit>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabWidget>
+#include <QTest>
+#include <QToolButton>
+
+namespace {
+
+class VoerDetTest : public VehicleStoreTest {
+protected:
+    void SetUp() override {
+        VehicleStoreTest::SetUp();
+        SeedRegister();
+    }
+
+    // The detail as the list opens it for a new vehicle of a category.
+    std::unique_ptr<frmVoerDet> openNew(int category) {
+        m_session.SelectedID = category;
+        m_session.SelectedCatID = category;
+        auto d = std::make_unique<frmVoerDet>();
+        d->SetNewVehicleDefaults();
+        d->show();
+        d->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(d.get()));
+        return d;
+    }
+
+    std::unique_ptr<frmVoerDet> openExisting(int id, int category) {
+        m_session.SelectedID = id;
+        m_session.SelectedCatID = category;
+        auto d = std::make_unique<frmVoerDet>();
+        d->LoadDetail();
+        d->show();
+        d->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(d.get()));
+        return d;
+    }
+
+    static void retype(QLineEdit* field, const QString& text) {
+        field->setFocus();
+        field->selectAll();
+        QTest::keyClick(field, Qt::Key_Delete);
+        QTest::keyClicks(field, text);
+    }
+
+    QString column(int id, const QString& name) {
+        return scalar(QString("select %1 from voertuig where transid = %2").arg(name).arg(id));
+    }
+};
+
+} // namespace
+
+TEST_F(VoerDetTest, CheckVehicleRefusesEmptyFieldsInOrderOnTheFirstPage) {
+    auto d = openNew(m_light);
+    const QStringList fields = {"Make", "Model", "Registration No", "Depreciation %", "Insured Value", "Kilometers"};
+    QList<QLineEdit*> edits = {d->txtMaak, d->txtModel, d->txtReg, d->txtDep, d->txtVerseker, d->txtKilo};
+    for (QLineEdit* e : edits)
+        e->clear();
+    for (int i = 0; i < fields.size(); ++i) {
+        d->SSTab1->setCurrentIndex(2);
+        QTest::mouseClick(d->lblcmd[0], Qt::LeftButton);
+        ASSERT_EQ(m_messages.shown.size(), i + 1);
+        EXPECT_EQ(m_messages.shown[i].text, "Complete the " + fields[i] + " field!");
+        EXPECT_EQ(m_messages.shown[i].title, "Vehicle Details");
+        EXPECT_EQ(m_messages.shown[i].icon, MsgIcon::Information);
+        EXPECT_TRUE(edits[i]->hasFocus()) << qPrintable(fields[i]);
+        edits[i]->setText(" "); // a blank passes: only exact emptiness counts
+    }
+    QTest::mouseClick(d->lblcmd[0], Qt::LeftButton);
+    EXPECT_EQ(m_messages.shown.size(), fields.size());
+    EXPECT_EQ(scalar("select count(*) from voertuig where regnr = ' '"), "1");
+}
+
+TEST_F(VoerDetTest, SaveOfANewVehicleWritesEveryColumn) {
+    auto d = openNew(m_light);
+    QTest::keyClicks(d->txtMaak, "Nissan");
+    retype(d->txtModel, "Navara");
+    QTest::keyClicks(d->txtReg, "CA 42");
+    QTest::keyClicks(d->txtKilo, "1500.5");
+    retype(d->txtKoop, "250000abc");
+    retype(d->txtDep, "15");
+    retype(d->txtVerseker, "200000");
+    QTest::keyClicks(d->txtEnj, "QG15-1");
+    d->dtpPurchaseDate->setDate(QDate(2023, 2, 28));
+    d->dtpLicenceDueDate->setDate(QDate(2025, 4, 1));
+    d->dtpServiceDueDate->setDate(QDate(2025, 5, 2));
+    retype(d->txtFuelTankSize, "");
+    QTest::keyClicks(d->txtBatterySize, "652");
+    QTest::keyClicks(d->txtTyreSize, "255/70R16");
+    QTest::keyClicks(d->txtOilFilterRef, "OF-1");
+    QTest::keyClicks(d->txtFanbeltRef, "FB-2");
+    QTest::mouseClick(d->optRebate[0], Qt::LeftButton);
+    EXPECT_TRUE(d->fraRebate->isVisible());
+    retype(d->txtRebatePct, "");
+    const QString shownBook = d->lblBoek->text();
+    QTest::mouseClick(d->lblcmd[0], Qt::LeftButton);
+
+    EXPECT_TRUE(m_messages.shown.isEmpty()) << qPrintable(m_messages.last());
+    const int id = scalar("select transid from voertuig where maak = 'Nissan'").toInt();
+    ASSERT_GT(id, 0);
+    EXPECT_EQ(m_session.LastVehicleID, id);
+    EXPECT_EQ(column(id, "catid"), QString::number(m_light));
+    EXPECT_EQ(column(id, "model"), "Navara");
+    EXPECT_EQ(column(id, "regnr"), "CA 42");
+    EXPECT_EQ(column(id, "adatum"), "2023/02/28");
+    EXPECT_EQ(column(id, "rebated"), "True");
+    EXPECT_EQ(column(id, "rebatepct"), "100"); // emptied, silently given its default
+    EXPECT_EQ(column(id, "licenceduedate"), "2025/04/01");
+    EXPECT_EQ(column(id, "serviceduedate"), "2025/05/02");
+    EXPECT_EQ(column(id, "awaarde"), "250000"); // the leading digits of the field
+    EXPECT_EQ(column(id, "depwaarde"), "15");
+    EXPECT_EQ(column(id, "vwaarde"), "200000");
+    EXPECT_EQ(column(id, "km"), "1500.5");
+    EXPECT_EQ(column(id, "enjin"), "QG15-1");
+    EXPECT_EQ(column(id, "boek"), shownBook);
+    EXPECT_EQ(column(id, "hours"), "False");
+    EXPECT_EQ(column(id, "fueltanksize"), "1");
+    EXPECT_EQ(column(id, "batterysize"), "652");
+    EXPECT_EQ(column(id, "tyresize"), "255/70R16");
+    EXPECT_EQ(column(id, "oilfilterref"), "OF-1");
+    EXPECT_EQ(column(id, "fanbeltref"), "FB-2");
+    EXPECT_EQ(column(id, "deptid"), "1");
+    // The rate box is the global setting: the save leaves the rebate table alone.
+    EXPECT_EQ(d->txtRebateRate->text(), "349");
+    EXPECT_EQ(scalar("select rebaterate from rebate"), "349");
+}
+
+TEST_F(VoerDetTest, LoadDetailShowsTheStoredVehicleAndSaveEditsThatRow) {
+    const int id = addVehicle(m_tractors, "CLAAS", "0", "C 9", 500000, 3100, "2025/01/31", "2025/02/28");
+    exec(QString("update voertuig set enjin = null, foto = 'none.jpg', hours = -1, rebated = -1, rebatepct = 80, "
+                 "tyresize = 'big' where transid = %1")
+             .arg(id));
+    auto d = openExisting(id, m_tractors);
+    EXPECT_EQ(d->txtIid->text(), QString::number(id));
+    EXPECT_EQ(d->txtMaak->text(), "CLAAS");
+    EXPECT_EQ(d->txtModel->text(), ""); // a stored 0 shows empty
+    EXPECT_EQ(d->txtYY->text(), "2022/01/01");
+    EXPECT_EQ(d->dtpPurchaseDate->date(), QDate(2022, 1, 1));
+    EXPECT_EQ(d->dtpLicenceDueDate->date(), QDate(2025, 1, 31));
+    EXPECT_EQ(d->txtKoop->text(), "500000");
+    EXPECT_EQ(d->txtKilo->text(), "3100");
+    EXPECT_EQ(d->txtRebatePct->text(), "80");
+    EXPECT_TRUE(d->optRebate[0]->isChecked());
+    EXPECT_TRUE(d->rebateApplies());
+    EXPECT_TRUE(d->Opt1[1]->isChecked());
+    EXPECT_EQ(d->Label14[7]->text(), "Hours");
+    EXPECT_EQ(d->txtTyreSize->text(), "big");
+    EXPECT_EQ(d->txtEnj->text(), "");
+    EXPECT_EQ(d->cmbDepartment->currentText(), "Department 1");
+
+    retype(d->txtModel, "Axion");
+    QTest::mouseClick(d->optRebate[1], Qt::LeftButton);
+    EXPECT_FALSE(d->fraRebate->isVisible());
+    QTest::mouseClick(d->lblcmd[0], Qt::LeftButton);
+    EXPECT_EQ(column(id, "model"), "Axion");
+    EXPECT_EQ(column(id, "rebated"), "False");
+    EXPECT_EQ(scalar(QString("select count(*) from voertuig where maak = 'CLAAS'")), "1");
+}
+
+TEST_F(VoerDetTest, BookValueFollowsTheFieldsAsTheUserTypes) {
+    auto d = openNew(m_light);
+    d->SSTab1->setCurrentIndex(1);
+    retype(d->txtYY, vb::Format(Value(QDate::currentDate().addDays(-100)), "yyyy/MM/dd"));
+    retype(d->txtKoop, "100000.00");
+    retype(d->txtDep, "20");
+    EXPECT_EQ(d->lblBoek->text(), "94520.55");
+    retype(d->txtDep, "-20");
+    EXPECT_EQ(d->lblBoek->text(), "105479.45");
+    retype(d->txtKoop, "12x");
+    EXPECT_EQ(d->lblBoek->text(), "105479.45"); // text in the price keeps the last value shown
+    retype(d->txtKoop, "1");
+    retype(d->txtDep, "1");
+    EXPECT_EQ(d->lblBoek->text(), "1.00");
+    retype(d->txtYY, "2024/02/30");
+    EXPECT_EQ(d->lblBoek->text(), "0.00");
+}
+
+TEST_F(VoerDetTest, SteppersMoveTheTextOnlyAndTheSaveReadsThePicker) {
+    auto d = openNew(m_light);
+    d->dtpPurchaseDate->setDate(QDate(2024, 3, 1));
+    EXPECT_EQ(d->txtYY->text(), "2024/03/01");
+    QTest::mouseClick(d->Command2, Qt::LeftButton);
+    EXPECT_EQ(d->txtYY->text(), "2024/02/29");
+    QTest::mouseClick(d->Command3, Qt::LeftButton);
+    QTest::mouseClick(d->Command3, Qt::LeftButton);
+    EXPECT_EQ(d->txtYY->text(), "2024/03/02");
+    QTest::keyClicks(d->txtMaak, "Step");
+    QTest::keyClicks(d->txtReg, "S 1");
+    QTest::keyClicks(d->txtKilo, "1");
+    QTest::mouseClick(d->lblcmd[0], Qt::LeftButton);
+    EXPECT_EQ(scalar("select adatum from voertuig where maak = 'Step'"), "2024/03/01");
+}
+
+TEST_F(VoerDetTest, LeavingFieldsFillsDefaultsAndFormatsPrices) {
+    auto d = openNew(m_light);
+    QTest::mouseClick(d->optRebate[0], Qt::LeftButton);
+    retype(d->txtRebateRate, "0");
+    retype(d->txtRebatePct, "");
+    d->txtMaak->setFocus();
+    EXPECT_EQ(d->txtRebatePct->text(), "100");
+    EXPECT_EQ(d->txtRebateRate->text(), "349");
+    d->SSTab1->setCurrentIndex(1);
+    retype(d->txtKoop, "1234.5");
+    d->txtVerseker->setFocus();
+    EXPECT_EQ(d->txtKoop->text(), "1234.50");
+    // Only numeric keys in the reading.
+    d->SSTab1->setCurrentIndex(0);
+    retype(d->txtKilo, "12a.5.");
+    EXPECT_EQ(d->txtKilo->text(), "12.5");
+    // The check's own default for the rate differs from the one on leaving.
+    d->txtRebateRate->clear();
+    EXPECT_FALSE(d->CheckVehicle());
+    EXPECT_EQ(d->txtRebateRate->text(), "389");
+}
+
+TEST_F(VoerDetTest, CancelAndEscapeCloseWithoutWriting) {
+    auto d = openNew(m_light);
+    QTest::keyClicks(d->txtMaak, "Nothing");
+    QTest::keyClick(d.get(), Qt::Key_Escape);
+    EXPECT_FALSE(d->isVisible());
+    EXPECT_EQ(scalar("select count(*) from voertuig where maak = 'Nothing'"), "0");
+    EXPECT_TRUE(m_messages.shown.isEmpty());
+}

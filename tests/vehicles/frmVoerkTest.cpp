@@ -1,0 +1,310 @@
+// The vehicle list: categories, the grid and its formats, the filters, and the category and vehicle actions
+// with their messages, driven as a user drives them.
+#include "frmVoerk.h"
+#include "FlexGrid.h"
+#include "VehicleTestStore.h"
+#include "frmVoerDet.h"
+
+#include <QCheckBox>
+#include <QDateEdit>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+#include <QToolButton>
+
+namespace {
+
+class VoerkTest : public VehicleStoreTest {
+protected:
+    void SetUp() override {
+        VehicleStoreTest::SetUp();
+        SeedRegister();
+    }
+
+    std::unique_ptr<frmVoerk> openScreen() {
+        auto screen = std::make_unique<frmVoerk>();
+        screen->resize(1280, 800);
+        screen->show();
+        screen->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(screen.get()));
+        return screen;
+    }
+
+    static void pickCategory(frmVoerk& s, const QString& text) {
+        const auto items = s.list1->findItems(text, Qt::MatchExactly);
+        ASSERT_EQ(items.size(), 1) << qPrintable(text);
+        const QRect r = s.list1->visualItemRect(items.first());
+        QTest::mouseClick(s.list1->viewport(), Qt::LeftButton, {}, r.center());
+    }
+
+    static QStringList column(const frmVoerk& s, int col) {
+        QStringList out;
+        for (int r = 1; r < s.flg->Rows(); ++r)
+            out << s.flg->TextMatrix(r, col);
+        return out;
+    }
+
+    static void pickRow(frmVoerk& s, int row) {
+        s.flg->setFocus();
+        s.flg->setCurrentCell(row, 2);
+    }
+};
+
+} // namespace
+
+TEST_F(VoerkTest, OpensOnAllCategoriesWithEveryVehicleFormatted) {
+    auto s = openScreen();
+    ASSERT_EQ(s->list1->count(), 4);
+    EXPECT_EQ(s->list1->item(0)->text(), "_All Categories");
+    EXPECT_EQ(s->list1->item(1)->text(), "Light Vehicles");
+    EXPECT_EQ(s->list1->item(2)->text(), "Tractors");
+    EXPECT_EQ(s->list1->item(3)->text(), "Trailers");
+    EXPECT_EQ(s->list1->currentRow(), 0);
+    EXPECT_EQ(s->Label3->text(), "_All Categories");
+    EXPECT_EQ(s->lblRows->text(), "5 Rows");
+
+    EXPECT_EQ(s->flg->TextMatrix(0, 4), "Registration Nr");
+    EXPECT_EQ(s->flg->TextMatrix(0, 5), "Puchase Value");
+    // Ordered by make, model, registration; names in proper case, registration behind one blank.
+    EXPECT_EQ(column(*s, 2), QStringList({"Ford", "Isuzu", "John Deere", "Massey", "Toyota"}));
+    EXPECT_EQ(column(*s, 3), QStringList({"Ranger", "Kb 250", "6120m", "290", "Hilux"}));
+    EXPECT_EQ(column(*s, 1),
+              QStringList({"Light Vehicles", "Light Vehicles", "Tractors", "Tractors", "Light Vehicles"}));
+    EXPECT_EQ(s->flg->TextMatrix(5, 4), " CA 123-456");
+    EXPECT_EQ(s->flg->TextMatrix(5, 5), "385 000.00");
+    EXPECT_EQ(s->flg->TextMatrix(5, 6), "125 400.50");
+    EXPECT_EQ(s->flg->TextMatrix(2, 5), "1 234 567.89");
+    EXPECT_EQ(s->flg->TextMatrix(2, 6), "0.00");
+    EXPECT_EQ(s->flg->TextMatrix(5, 7), "2025/03/31");
+    EXPECT_EQ(s->flg->TextMatrix(5, 8), "2024/11/15");
+}
+
+TEST_F(VoerkTest, CategoryClickListsItsVehiclesAndAnEmptyCategoryKeepsOneEmptyRow) {
+    auto s = openScreen();
+    pickCategory(*s, "Tractors");
+    EXPECT_EQ(s->Label3->text(), "Tractors");
+    EXPECT_EQ(s->lblRows->text(), "2 Rows");
+    EXPECT_EQ(column(*s, 2), QStringList({"John Deere", "Massey"}));
+    EXPECT_EQ(m_session.SelectedID, m_tractors);
+    EXPECT_EQ(s->txtKAT->text(), "Tractors");
+
+    pickCategory(*s, "Trailers");
+    EXPECT_EQ(s->lblRows->text(), "0 Rows");
+    ASSERT_EQ(s->flg->Rows(), 2);
+    EXPECT_EQ(s->flg->TextMatrix(1, 0), "");
+}
+
+TEST_F(VoerkTest, SearchHonoursTheAllCategoriesBoxOnlyWhileTyping) {
+    auto s = openScreen();
+    pickCategory(*s, "Tractors");
+    QTest::mouseClick(s->optSearch[2], Qt::LeftButton);
+    QTest::mouseClick(s->chkSearchAllCategories, Qt::LeftButton);
+    QTest::keyClicks(s->txtSearch, "CA");
+    EXPECT_EQ(column(*s, 4), QStringList({" CA 777", " CAW 5", " CA 123-456"}));
+    EXPECT_EQ(s->lblRows->text(), "3 Rows");
+    for (const QString& cat : column(*s, 1))
+        EXPECT_EQ(cat, "Light Vehicles");
+
+    // Without the box the search stays inside the category.
+    QTest::mouseClick(s->chkSearchAllCategories, Qt::LeftButton);
+    s->txtSearch->clear();
+    QTest::keyClicks(s->txtSearch, "MF");
+    EXPECT_EQ(column(*s, 4), QStringList({" MF 290"}));
+
+    // A category click empties the search and lists that category only.
+    QTest::mouseClick(s->chkSearchAllCategories, Qt::LeftButton);
+    pickCategory(*s, "Light Vehicles");
+    EXPECT_EQ(s->txtSearch->text(), "");
+    EXPECT_EQ(s->lblRows->text(), "3 Rows");
+
+    // Choosing another search field clears the text.
+    QTest::keyClicks(s->txtSearch, "x");
+    QTest::mouseClick(s->optSearch[0], Qt::LeftButton);
+    EXPECT_EQ(s->txtSearch->text(), "");
+}
+
+TEST_F(VoerkTest, RenewalFilterListsVehiclesDueInThePeriod) {
+    auto s = openScreen();
+    QTest::mouseClick(s->optType[1], Qt::LeftButton);
+    // The From date starts at the earliest service date of all vehicles.
+    EXPECT_EQ(s->dtpDateFrom->date(), QDate(2024, 9, 1));
+    s->dtpDateFrom->setDate(QDate(2024, 10, 1));
+    s->dtpDateTo->setDate(QDate(2024, 12, 31));
+    QTest::mouseClick(s->imgRun, Qt::LeftButton);
+    EXPECT_EQ(column(*s, 8), QStringList({"2024/10/06", "2024/11/15"}));
+
+    QTest::mouseClick(s->optType[0], Qt::LeftButton);
+    EXPECT_EQ(s->dtpDateFrom->date(), QDate(2024, 10, 5));
+    QTest::mouseClick(s->imgRun, Qt::LeftButton);
+    EXPECT_EQ(column(*s, 7), QStringList({"2024/12/01", "2024/10/05"}));
+
+    // Clear Search: both kinds cleared and the plain list back.
+    QTest::mouseClick(s->cmdClearSearch, Qt::LeftButton);
+    EXPECT_FALSE(s->optType[0]->isChecked());
+    EXPECT_FALSE(s->optType[1]->isChecked());
+    EXPECT_EQ(s->dtpDateTo->date(), QDate::currentDate());
+    EXPECT_EQ(s->lblRows->text(), "5 Rows");
+}
+
+TEST_F(VoerkTest, EveryActionResetsTheRenewalPeriod) {
+    auto s = openScreen();
+    QTest::mouseClick(s->optType[0], Qt::LeftButton);
+    s->dtpDateFrom->setDate(QDate(2020, 1, 1));
+    s->dtpDateTo->setDate(QDate(2020, 2, 2));
+    QTest::mouseClick(s->Label4[4], Qt::LeftButton);
+    EXPECT_EQ(s->dtpDateFrom->date(), QDate(2024, 10, 5));
+    EXPECT_EQ(s->dtpDateTo->date(), QDate::currentDate());
+}
+
+TEST_F(VoerkTest, SaveCategoryChecksInOrderAndStoresUpperCaseAsTyped) {
+    auto s = openScreen();
+    QTest::mouseClick(s->Label4[0], Qt::LeftButton);
+    EXPECT_TRUE(s->Frame2->isVisible());
+    EXPECT_EQ(s->txtKAT->text(), "");
+    QTest::keyClicks(s->txtKAT, "   ");
+    QTest::mouseClick(s->Label4[3], Qt::LeftButton);
+    ASSERT_EQ(m_messages.shown.size(), 1);
+    EXPECT_EQ(m_messages.shown[0].text, "Fill in vehicle category");
+    EXPECT_EQ(m_messages.shown[0].title, "Vehicles");
+
+    s->txtKAT->clear();
+    QTest::keyClicks(s->txtKAT, "#Bakkies");
+    QTest::mouseClick(s->Label4[3], Qt::LeftButton);
+    ASSERT_EQ(m_messages.shown.size(), 2);
+    EXPECT_EQ(m_messages.shown[1].text, "Reserved character '#' not allowed.");
+    EXPECT_EQ(m_messages.shown[1].icon, MsgIcon::Exclamation);
+    EXPECT_EQ(scalar("select count(*) from voerkat"), "3");
+
+    // Only the first non-blank character is tested; the text is stored as typed, in upper case.
+    s->txtKAT->clear();
+    QTest::keyClicks(s->txtKAT, " forklifts #2");
+    QTest::mouseClick(s->Opt1[1], Qt::LeftButton);
+    QTest::mouseClick(s->Label4[3], Qt::LeftButton);
+    EXPECT_EQ(m_messages.shown.size(), 2);
+    EXPECT_EQ(scalar("select [desc] from voerkat where [desc] like '*FORK*'"), " FORKLIFTS #2");
+    EXPECT_EQ(scalar("select hours from voerkat where [desc] like '*FORK*'"), "True");
+    EXPECT_FALSE(s->Frame2->isVisible());
+    EXPECT_EQ(s->list1->count(), 5);
+}
+
+TEST_F(VoerkTest, EditCategoryRenamesAndKeepsTheOdometerKind) {
+    auto s = openScreen();
+    pickCategory(*s, "Tractors");
+    QTest::mouseDClick(s->list1->viewport(), Qt::LeftButton, {},
+                       s->list1->visualItemRect(s->list1->currentItem()).center());
+    EXPECT_TRUE(s->Frame2->isVisible());
+    EXPECT_TRUE(s->Opt1[1]->isChecked());
+    s->txtKAT->selectAll();
+    QTest::keyClicks(s->txtKAT, "Farm Tractors");
+    QTest::mouseClick(s->Label4[3], Qt::LeftButton);
+    EXPECT_EQ(scalar(QString("select [desc] from voerkat where transid = %1").arg(m_tractors)), "FARM TRACTORS");
+    EXPECT_EQ(scalar("select count(*) from voerkat"), "3");
+}
+
+TEST_F(VoerkTest, DeleteCategoryRefusedWhileInUseAndDoneWhenEmpty) {
+    auto s = openScreen();
+    pickCategory(*s, "Tractors");
+    QTest::mouseClick(s->Label4[2], Qt::LeftButton);
+    ASSERT_EQ(m_messages.shown.size(), 2);
+    EXPECT_EQ(m_messages.shown[0].text, "Proceed to delete category?");
+    EXPECT_EQ(m_messages.shown[0].buttons, MsgButtons::YesNo);
+    EXPECT_EQ(m_messages.shown[1].text, "This catagory is still in use. Action cancelled.");
+    EXPECT_EQ(m_messages.shown[1].icon, MsgIcon::Critical);
+    EXPECT_EQ(scalar("select count(*) from voerkat"), "3");
+
+    pickCategory(*s, "Trailers");
+    m_messages.answer(MsgResult::No);
+    QTest::mouseClick(s->Label4[2], Qt::LeftButton);
+    EXPECT_EQ(scalar("select count(*) from voerkat"), "3");
+
+    QTest::mouseClick(s->Label4[2], Qt::LeftButton);
+    EXPECT_EQ(scalar("select count(*) from voerkat"), "2");
+    EXPECT_EQ(s->list1->count(), 3);
+    EXPECT_EQ(s->list1->currentRow(), 0);
+}
+
+TEST_F(VoerkTest, VehicleActionsUnderAllCategoriesAskForACategory) {
+    auto s = openScreen();
+    pickRow(*s, 1);
+    QTest::mouseClick(s->Label4[7], Qt::LeftButton);
+    QTest::mouseClick(s->Label4[5], Qt::LeftButton);
+    ASSERT_EQ(m_messages.shown.size(), 2);
+    for (const auto& m : m_messages.shown) {
+        EXPECT_EQ(m.text, "You have to select a category first!");
+        EXPECT_EQ(m.title, "Category");
+    }
+    EXPECT_EQ(scalar("select count(*) from voertuig where transid > 0"), "5");
+}
+
+TEST_F(VoerkTest, DeleteVehicleByKeyAsksAndRemovesOnlyOnYes) {
+    auto s = openScreen();
+    pickCategory(*s, "Light Vehicles");
+    pickRow(*s, 1); // Ford
+    m_messages.answer(MsgResult::No);
+    QTest::keyClick(s->flg, Qt::Key_Delete);
+    ASSERT_EQ(m_messages.shown.size(), 1);
+    EXPECT_EQ(m_messages.shown[0].text, "Proceed to delete vehicle?");
+    EXPECT_EQ(m_messages.shown[0].title, "Vehicle Inventory");
+    EXPECT_EQ(m_messages.shown[0].icon, MsgIcon::Exclamation);
+    EXPECT_EQ(scalar("select count(*) from voertuig where maak = 'ford'"), "1");
+
+    pickRow(*s, 1);
+    QTest::keyClick(s->flg, Qt::Key_Delete);
+    EXPECT_EQ(scalar("select count(*) from voertuig where maak = 'ford'"), "0");
+    EXPECT_EQ(s->lblRows->text(), "2 Rows");
+}
+
+TEST_F(VoerkTest, EnterOnARowOpensTheDetailAndPicksTheVehicle) {
+    auto s = openScreen();
+    pickCategory(*s, "Tractors");
+    pickRow(*s, 2); // Massey
+    QString shownMake;
+    WhenModalOpens([&](QWidget* modal) {
+        auto* detail = qobject_cast<frmVoerDet*>(modal);
+        ASSERT_NE(detail, nullptr);
+        shownMake = detail->txtMaak->text();
+        detail->reject();
+    });
+    QTest::keyClick(s->flg, Qt::Key_Return);
+    EXPECT_EQ(shownMake, "MASSEY");
+    EXPECT_EQ(m_session.SelectedCatID, m_tractors);
+    // Back on the list the grid is refreshed for the category.
+    EXPECT_EQ(m_session.SelectedID, m_tractors);
+    EXPECT_EQ(s->lblRows->text(), "2 Rows");
+}
+
+TEST_F(VoerkTest, AddVehicleOpensTheDetailWithStartValuesOfTheCategory) {
+    auto s = openScreen();
+    pickCategory(*s, "Tractors");
+    WhenModalOpens([&](QWidget* modal) {
+        auto* d = qobject_cast<frmVoerDet*>(modal);
+        ASSERT_NE(d, nullptr);
+        EXPECT_EQ(d->txtIid->text(), "Id");
+        EXPECT_EQ(d->txtModel->text(), "Model");
+        EXPECT_EQ(d->txtKoop->text(), "1");
+        EXPECT_EQ(d->txtFuelTankSize->text(), "0");
+        EXPECT_TRUE(d->Opt1[1]->isChecked());
+        EXPECT_EQ(d->Label14[7]->text(), "Hours");
+        QTest::keyClicks(d->txtMaak, "Landini");
+        QTest::keyClicks(d->txtReg, "L 1");
+        QTest::keyClicks(d->txtKilo, "250");
+        QTest::mouseClick(d->lblcmd[0], Qt::LeftButton);
+    });
+    QTest::mouseClick(s->Label4[7], Qt::LeftButton);
+    EXPECT_EQ(scalar("select catid from voertuig where maak = 'Landini'"), QString::number(m_tractors));
+    EXPECT_EQ(scalar("select hours from voertuig where maak = 'Landini'"), "True");
+    EXPECT_EQ(s->lblRows->text(), "3 Rows");
+}
+
+TEST_F(VoerkTest, ServiceHistoryTrapWithoutACategoryWarnsAndDisablesItself) {
+    auto s = openScreen();
+    s->Label4[5]->setFocus();
+    QTest::keyClick(s->Label4[5], Qt::Key_Tab);
+    ASSERT_EQ(m_messages.shown.size(), 1);
+    EXPECT_EQ(m_messages.shown[0].text, "You have to select a category first!");
+    EXPECT_FALSE(s->Text1->isEnabled());
+}
