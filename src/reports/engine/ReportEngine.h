@@ -413,7 +413,7 @@ QString REPORT_SaveReport(const XlRef<XlApplication>& app, const QString& folder
 
 // Column letters.
 QStringList COLUMN_LetterTable();
-QString COLUMN_Letter(int index, bool lower); // 0-based; XlError 9 outside the table
+QString COLUMN_Letter(int index, bool lower); // 0-based; VbError 9 outside the table
 int COLUMN_Number(const QString& letters);    // "a" is 1; 0 when not found
 QString COLUMN_Offset(const QString& letters, bool back, int count);
 
