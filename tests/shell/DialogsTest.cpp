@@ -1,0 +1,204 @@
+#include "Dialogs.h"
+#include "ShellTestUtil.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+frmOptionDialog* optionForm(QWidget* w) {
+    return qobject_cast<frmOptionDialog*>(w);
+}
+frmInputDialog* inputForm(QWidget* w) {
+    return qobject_cast<frmInputDialog*>(w);
+}
+
+} // namespace
+
+TEST(OptionDialog, ClickingAnOptionAnswersItsIndexAndLeavesItInDialogOption) {
+    QStringList texts;
+    bool thirdShown = true;
+    OnNextModal([&](QWidget* w) {
+        auto* form = optionForm(w);
+        ASSERT_NE(form, nullptr);
+        texts << form->Option1[0]->text() << form->Option1[1]->text();
+        thirdShown = !form->Option1[2]->isHidden();
+        EXPECT_FALSE(form->Option1[0]->isChecked()); // no default: nothing selected
+        EXPECT_FALSE(form->Option1[1]->isChecked());
+        QTest::mouseClick(form->Option1[1], Qt::LeftButton);
+    });
+    EXPECT_EQ(ShowOptions("Driver - Please Select an Option Below", "Add Driver", "Change Driver Name"), 1);
+    EXPECT_EQ(DialogOption, 1);
+    EXPECT_EQ(texts, QStringList({"Add Driver", "Change Driver Name"}));
+    EXPECT_FALSE(thirdShown);
+}
+
+TEST(OptionDialog, CancelAndTheCloseBoxBothAnswerMinusOne) {
+    OnNextModal([](QWidget* w) { QTest::mouseClick(optionForm(w)->cmdCancel, Qt::LeftButton); });
+    EXPECT_EQ(ShowOptions("t", "a", "b", "c"), -1);
+    EXPECT_EQ(DialogOption, -1);
+
+    DialogOption = 7;
+    OnNextModal([](QWidget* w) { w->close(); });
+    EXPECT_EQ(ShowOptions("t", "a", "b", "c"), -1);
+    EXPECT_EQ(DialogOption, -1);
+
+    OnNextModal([](QWidget* w) { QTest::keyClick(w, Qt::Key_Escape); });
+    EXPECT_EQ(ShowOptions("t", "a", "b"), -1);
+}
+
+TEST(OptionDialog, TextsAreCutAt70AndTheDefaultIsBroughtIntoRange) {
+    const QString longText = QString(70, 'x') + "TAIL";
+    QString shown;
+    int checked = -1;
+    OnNextModal([&](QWidget* w) {
+        auto* form = optionForm(w);
+        shown = form->Option1[2]->text();
+        for (int i = 0; i < 3; ++i)
+            if (form->Option1[i]->isChecked())
+                checked = i;
+        QTest::mouseClick(form->Option1[2], Qt::LeftButton);
+    });
+    clsOptionDialog dialog;
+    dialog.ShowDialog(nullptr, "a", "b", longText, 9, -5, true, 2500, 1500, "T", QString());
+    EXPECT_EQ(shown, QString(70, 'x'));
+    EXPECT_EQ(checked, 2); // a default above 2 becomes 2
+    EXPECT_EQ(dialog.DialogReponse(), 2);
+
+    // Two options: a default above 1 (also one above 65534) becomes 1.
+    for (int requested : {2, 70000}) {
+        checked = -1;
+        OnNextModal([&](QWidget* w) {
+            auto* form = optionForm(w);
+            for (int i = 0; i < 3; ++i)
+                if (form->Option1[i]->isChecked())
+                    checked = i;
+            w->close();
+        });
+        clsOptionDialog two;
+        two.ShowDialog(nullptr, "a", "b", QString(), requested, 0, false, 2500, 1500, "T", QString());
+        EXPECT_EQ(checked, 1) << requested;
+        EXPECT_EQ(two.DialogReponse(), -1);
+    }
+}
+
+TEST(OptionDialog, HelpButtonOnlyWithHelpTextWhichIsItsToolTip) {
+    bool shown = false;
+    QString tip;
+    OnNextModal([&](QWidget* w) {
+        auto* form = optionForm(w);
+        shown = !form->cmdQuestion->isHidden();
+        tip = form->cmdQuestion->toolTip();
+        w->close();
+    });
+    clsOptionDialog dialog;
+    dialog.ShowDialog(nullptr, "a", "b", "", -1, 0, false, 2500, 1500, "T", "Pick one of the two");
+    EXPECT_TRUE(shown);
+    EXPECT_EQ(tip, "Pick one of the two");
+
+    OnNextModal([&](QWidget* w) {
+        shown = !optionForm(w)->cmdQuestion->isHidden();
+        w->close();
+    });
+    EXPECT_EQ(ShowOptions("t", "a", "b"), -1);
+    EXPECT_FALSE(shown);
+}
+
+TEST(InputDialog, TypedTextComesBackAndStandsInDialogText) {
+    QString prompt;
+    OnNextModal([&](QWidget* w) {
+        auto* form = inputForm(w);
+        prompt = form->lblMsg->text();
+        QTest::keyClicks(form->txtMsg[0], "Jan Smit");
+        QTest::mouseClick(form->cmdCloseDialog, Qt::LeftButton);
+    });
+    EXPECT_EQ(ShowInput("Add  Driver Name 50 characters max."), "Jan Smit");
+    EXPECT_EQ(DialogText, "Jan Smit");
+    EXPECT_EQ(prompt, "Add  Driver Name 50 characters max.");
+}
+
+TEST(InputDialog, BlanksCancelAndTheCloseBoxAllMeanNothing) {
+    OnNextModal([](QWidget* w) {
+        QTest::keyClicks(inputForm(w)->txtMsg[0], "   ");
+        QTest::mouseClick(inputForm(w)->cmdCloseDialog, Qt::LeftButton);
+    });
+    EXPECT_EQ(ShowInput("p"), "");
+
+    OnNextModal([](QWidget* w) {
+        QTest::keyClicks(inputForm(w)->txtMsg[0], "Diesel");
+        QTest::mouseClick(inputForm(w)->cmdCancel, Qt::LeftButton);
+    });
+    EXPECT_EQ(ShowInput("p"), "");
+    EXPECT_EQ(DialogText, "");
+
+    // The close box sends what stands in the field, as closing the form does.
+    OnNextModal([](QWidget* w) {
+        QTest::keyClicks(inputForm(w)->txtMsg[0], "Petrol");
+        w->close();
+    });
+    EXPECT_EQ(ShowInput("p"), "Petrol");
+}
+
+TEST(InputDialog, StartTextLimitCheckBoxAndCommaCut) {
+    OnNextModal([](QWidget* w) {
+        auto* form = inputForm(w);
+        EXPECT_EQ(form->txtMsg[0]->text(), "Old Name");
+        EXPECT_FALSE(form->chk->isHidden());
+        EXPECT_EQ(form->chk->text(), "Rebate Applicable");
+        EXPECT_FALSE(form->chk->isChecked());
+        form->txtMsg[0]->selectAll();
+        QTest::keyClicks(form->txtMsg[0], QString(60, 'a'));
+        QTest::mouseClick(form->chk, Qt::LeftButton);
+        QTest::mouseClick(form->cmdCloseDialog, Qt::LeftButton);
+    });
+    EXPECT_EQ(ShowInput("Change  Activity Name 50 characters max.", "Old Name", 50, "Rebate Applicable", false),
+              QString(50, 'a') + "|1");
+
+    OnNextModal([](QWidget* w) {
+        QTest::keyClicks(inputForm(w)->txtMsg[0], "one,two,three");
+        QTest::mouseClick(inputForm(w)->cmdCloseDialog, Qt::LeftButton);
+    });
+    EXPECT_EQ(ShowInput("p", "", 0, "", false, true), "one,two");
+    EXPECT_EQ(DialogText, "one,two");
+}
+
+TEST(InputDialog, TwoFieldsJoinWithCommaLabelsCutAndMask) {
+    OnNextModal([](QWidget* w) {
+        auto* form = inputForm(w);
+        EXPECT_FALSE(form->txtMsg[1]->isHidden()); // a field count of 5 is taken as 2
+        EXPECT_EQ(form->Label1[0]->text(), QString(20, 'L'));
+        EXPECT_EQ(form->chk->text(), QString(30, 'C'));
+        EXPECT_EQ(form->txtMsg[0]->echoMode(), QLineEdit::Password);
+        QTest::keyClicks(form->txtMsg[0], "user");
+        // Enter moves on to the second field instead of closing.
+        QTest::keyClick(form->txtMsg[0], Qt::Key_Return);
+        EXPECT_TRUE(form->isVisible());
+        EXPECT_TRUE(form->txtMsg[1]->hasFocus());
+        QTest::keyClicks(form->txtMsg[1], "secret");
+        QTest::mousePress(form->cmdPwd[1], Qt::LeftButton);
+        EXPECT_EQ(form->txtMsg[1]->echoMode(), QLineEdit::Normal);
+        QTest::mouseRelease(form->cmdPwd[1], Qt::LeftButton);
+        EXPECT_EQ(form->txtMsg[1]->echoMode(), QLineEdit::Password);
+        QTest::mouseClick(form->cmdCloseDialog, Qt::LeftButton);
+    });
+    clsInputDialog dialog;
+    dialog.ShowDialog(nullptr, "Login", 5, QString(25, 'L'), "Password", true, QString(40, 'C'), 4000, 2000);
+    EXPECT_EQ(dialog.GetText(), "user,secret|0");
+
+    // One field: the second is hidden and a blank second field plays no part.
+    OnNextModal([](QWidget* w) {
+        auto* form = inputForm(w);
+        EXPECT_TRUE(form->txtMsg[1]->isHidden());
+        EXPECT_TRUE(form->chk->isHidden());
+        QTest::keyClicks(form->txtMsg[0], "solo");
+        QTest::mouseClick(form->cmdCloseDialog, Qt::LeftButton);
+    });
+    clsInputDialog one;
+    one.ShowDialog(nullptr, "t", 1, "Name", "", false, "", 4000, 2000);
+    EXPECT_EQ(one.GetText(), "solo");
+}

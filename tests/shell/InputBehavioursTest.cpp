@@ -1,0 +1,210 @@
+#include "InputBehaviours.h"
+#include "DateEntry.h"
+#include "ShellTestUtil.h"
+
+#include <QCalendarWidget>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTableView>
+#include <QTest>
+#include <QVBoxLayout>
+#include <gtest/gtest.h>
+
+namespace {
+
+// A small form with fields in a column, shown and active so that focus moves as on screen.
+struct Form {
+    explicit Form(int fields) {
+        auto* layout = new QVBoxLayout(&window);
+        for (int i = 0; i < fields; ++i) {
+            labels.push_back(new QLabel(QStringLiteral("Field %1").arg(i), &window));
+            edits.push_back(new QLineEdit(&window));
+            layout->addWidget(labels.back());
+            layout->addWidget(edits.back());
+        }
+        window.show();
+        window.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+        edits.front()->setFocus();
+        QCoreApplication::processEvents();
+    }
+    QWidget window;
+    std::vector<QLabel*> labels;
+    std::vector<QLineEdit*> edits;
+};
+
+} // namespace
+
+TEST(KeyFilters, NumericFieldKeepsOneFullStopAndRefusesLetters) {
+    Form form(1);
+    AttachNumericFilter(form.edits[0], true);
+    QTest::keyClicks(form.edits[0], "12.5.x7");
+    EXPECT_EQ(form.edits[0]->text(), "12.57");
+    QTest::keyClick(form.edits[0], Qt::Key_Backspace);
+    EXPECT_EQ(form.edits[0]->text(), "12.5");
+
+    Form whole(1);
+    AttachNumericFilter(whole.edits[0], false);
+    QTest::keyClicks(whole.edits[0], "3.4");
+    EXPECT_EQ(whole.edits[0]->text(), "34");
+}
+
+TEST(KeyFilters, NumericRoutineReportsGoodKeysAndCancelsOnlyTheFullStop) {
+    QLineEdit field;
+    field.setText("1.5");
+    int key = '.';
+    EXPECT_TRUE(FilterNumericKey(&field, key, true)); // a good key, but cancelled as the second stop
+    EXPECT_EQ(key, 0);
+    key = 'a';
+    EXPECT_FALSE(FilterNumericKey(&field, key, true)); // left for the caller to cancel
+    EXPECT_EQ(key, 'a');
+    field.setText("15");
+    key = '.';
+    EXPECT_TRUE(FilterNumericKey(&field, key, true));
+    EXPECT_EQ(key, '.');
+    EXPECT_TRUE(FilterNumericKey(&field, key, false));
+    EXPECT_EQ(key, 0);
+    key = 8;
+    EXPECT_TRUE(FilterNumericKey(&field, key, false));
+    EXPECT_EQ(key, 8);
+}
+
+TEST(KeyFilters, DigitsRoutineCancelsByItself) {
+    QLineEdit field;
+    int key = 'x';
+    EXPECT_FALSE(FilterDigitsKey(&field, key, true));
+    EXPECT_EQ(key, 0);
+    key = '.';
+    EXPECT_TRUE(FilterDigitsKey(&field, key, true));
+    field.setText("2.");
+    key = '.';
+    EXPECT_FALSE(FilterDigitsKey(&field, key, true));
+    EXPECT_EQ(key, 0);
+    field.clear();
+    key = '.';
+    EXPECT_FALSE(FilterDigitsKey(&field, key, false));
+    key = '9';
+    EXPECT_TRUE(FilterDigitsKey(&field, key, false));
+    EXPECT_EQ(key, '9');
+
+    Form form(1);
+    AttachDigitsFilter(form.edits[0], true);
+    QTest::keyClicks(form.edits[0], "R1 250.00.5");
+    EXPECT_EQ(form.edits[0]->text(), "1250.005");
+}
+
+TEST(InputBehaviour, EnterMovesFocusOnAndSelectsTheNextFieldsText) {
+    Form form(3);
+    for (QLineEdit* e : form.edits) {
+        AttachEnterAsTab(e);
+        AttachSelectOnFocus(e);
+    }
+    form.edits[1]->setText("Toyota Hilux");
+    QTest::keyClicks(form.edits[0], "abc");
+    QTest::keyClick(form.edits[0], Qt::Key_Return);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(form.edits[1]->hasFocus());
+    EXPECT_EQ(form.edits[0]->text(), "abc"); // Enter typed nothing
+    EXPECT_EQ(form.edits[1]->selectedText(), "Toyota Hilux");
+    QTest::keyClick(form.edits[1], Qt::Key_Enter);
+    EXPECT_TRUE(form.edits[2]->hasFocus());
+}
+
+TEST(InputBehaviour, SelectOnFocusSelectsFromTheStartIndexToTheEnd) {
+    QLineEdit field;
+    field.setText("abcdef");
+    SelectOnFocus(&field, 2);
+    EXPECT_EQ(field.selectedText(), "cdef");
+    SelectOnFocus(&field, -3);
+    EXPECT_EQ(field.selectedText(), "abcdef");
+}
+
+TEST(InputBehaviour, FocusTurnsTheCaptionRedAndLeavingTurnsItBlack) {
+    Form form(2);
+    AttachFocusColour(form.edits[0], form.labels[0]);
+    AttachFocusColour(form.edits[1], form.labels[1]);
+    form.edits[1]->setFocus();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(form.labels[1]->palette().color(QPalette::WindowText), QColor(255, 0, 0));
+    form.edits[0]->setFocus();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(form.labels[1]->palette().color(QPalette::WindowText), QColor(0, 0, 0));
+    EXPECT_EQ(form.labels[0]->palette().color(QPalette::WindowText), QColor(255, 0, 0));
+}
+
+TEST(ProperNameFilter, CapitalisesWordsAndRefusesADoubleBlank) {
+    Form form(1);
+    AttachProperNameFilter(form.edits[0]);
+    QLineEdit* f = form.edits[0];
+    QTest::keyClicks(f, " jan  van  der merwe");
+    EXPECT_EQ(f->text(), "Jan Van Der Merwe");
+    // Letters after the first of a word stay as typed, and the caret stays where the typing is.
+    f->clear();
+    QTest::keyClicks(f, "mcDONALD trucks");
+    EXPECT_EQ(f->text(), "McDONALD Trucks");
+    f->setCursorPosition(2);
+    QTest::keyClicks(f, "x");
+    EXPECT_EQ(f->text(), "McxDONALD Trucks");
+    EXPECT_EQ(f->cursorPosition(), 3);
+}
+
+TEST(DateEntry, ALetterEmptiesTheFieldAndDigitsStay) {
+    Form form(3);
+    DateEntry entry(form.edits[0], form.edits[1], form.edits[2]);
+    QTest::keyClicks(form.edits[0], "1");
+    EXPECT_EQ(form.edits[0]->text(), "1");
+    QTest::keyClicks(form.edits[0], "a");
+    EXPECT_EQ(form.edits[0]->text(), "");
+    EXPECT_TRUE(form.edits[0]->hasFocus());
+    QTest::keyClicks(form.edits[0], "31");
+    QTest::keyClick(form.edits[0], Qt::Key_Return);
+    EXPECT_TRUE(form.edits[1]->hasFocus());
+    QTest::keyClicks(form.edits[1], "12");
+    QTest::keyClick(form.edits[1], Qt::Key_Return);
+    QTest::keyClicks(form.edits[2], "2024");
+    EXPECT_EQ(entry.date(), QDate(2024, 12, 31));
+    EXPECT_EQ(entry.storageText(), "2024/12/31");
+    form.edits[0]->setText("32");
+    EXPECT_FALSE(entry.date().isValid());
+    EXPECT_EQ(entry.storageText(), "");
+}
+
+TEST(DateEntry, MinusOpensTheCalendarWhoseDateFillsTheThreeFields) {
+    Form form(3);
+    DateEntry entry(form.edits[0], form.edits[1], form.edits[2]);
+    QDate shownOnOpen;
+    OnNextModal([&](QWidget* w) {
+        auto* calendar = qobject_cast<frmCalen*>(w);
+        ASSERT_NE(calendar, nullptr);
+        shownOnOpen = calendar->MonthView1->selectedDate();
+        calendar->MonthView1->setSelectedDate(QDate(2023, 2, 14));
+        auto* view = calendar->MonthView1->findChild<QTableView*>();
+        ASSERT_NE(view, nullptr);
+        QTest::keyClick(view, Qt::Key_Return);
+    });
+    QTest::keyClick(form.edits[1], Qt::Key_Minus);
+    EXPECT_EQ(shownOnOpen, QDate::currentDate());
+    EXPECT_EQ(form.edits[0]->text(), "14");
+    EXPECT_EQ(form.edits[1]->text(), "02");
+    EXPECT_EQ(form.edits[2]->text(), "2023");
+
+    // A screen with its own target gets the date instead; Escape hands nothing back.
+    QDate handed;
+    entry.setCalendarTarget([&](const QDate& d) { handed = d; });
+    OnNextModal([](QWidget* w) { QTest::keyClick(w, Qt::Key_Escape); });
+    QTest::mouseDClick(form.edits[0], Qt::LeftButton);
+    EXPECT_FALSE(handed.isValid());
+    EXPECT_EQ(form.edits[0]->text(), "14");
+}
+
+TEST(DateEntry, ASingleDateFieldTakesThePickedDateAsText) {
+    Form form(1);
+    AttachCalendarField(form.edits[0]);
+    OnNextModal([](QWidget* w) {
+        auto* calendar = qobject_cast<frmCalen*>(w);
+        calendar->MonthView1->setSelectedDate(QDate(2025, 3, 9));
+        QTest::keyClick(calendar->MonthView1->findChild<QTableView*>(), Qt::Key_Enter);
+    });
+    QTest::keyClick(form.edits[0], Qt::Key_Minus);
+    EXPECT_EQ(form.edits[0]->text(), "2025/03/09");
+}
