@@ -108,6 +108,8 @@ public:
     // Runs one statement in the Jet dialect. Throws DbError.
     void Execute(const QString& statement);
     int RecordsAffected() const;
+    // Whether the statement yields rows (a select or a crosstab) rather than changing the store.
+    bool ReturnsRows(const QString& statement) const;
 
     std::unique_ptr<Recordset> OpenRecordset(const QString& source, RecordsetType type = RecordsetType::Default);
 

@@ -1,0 +1,80 @@
+#pragma once
+// The store's private side: the SQLite connection, prepared statements, and the mapping of SQLite's
+// failures to Jet's error numbers.
+
+#include "Database.h"
+#include "SqliteCatalog.h"
+
+#include <QString>
+#include <memory>
+#include <sqlite3.h>
+#include <vector>
+
+// A prepared statement, finalized when it goes out of scope.
+class Statement {
+public:
+    Statement() = default;
+    Statement(sqlite3_stmt* s) : m_stmt(s) {}
+    ~Statement() { sqlite3_finalize(m_stmt); }
+    Statement(Statement&& o) noexcept : m_stmt(o.m_stmt) { o.m_stmt = nullptr; }
+    Statement& operator=(Statement&& o) noexcept {
+        if (this != &o) {
+            sqlite3_finalize(m_stmt);
+            m_stmt = o.m_stmt;
+            o.m_stmt = nullptr;
+        }
+        return *this;
+    }
+    Statement(const Statement&) = delete;
+    Statement& operator=(const Statement&) = delete;
+    sqlite3_stmt* get() const { return m_stmt; }
+    operator sqlite3_stmt*() const { return m_stmt; }
+
+private:
+    sqlite3_stmt* m_stmt = nullptr;
+};
+
+// Rows read into memory with their columns' names and types; rowids when asked for.
+struct ResultSet {
+    QStringList names;
+    std::vector<JetType> types;
+    std::vector<QString> originTables; // the table each column comes from, empty for expressions
+    std::vector<QString> originColumns;
+    std::vector<std::vector<Value>> rows;
+    std::vector<std::int64_t> rowids; // filled when the query carried the base table's rowid
+};
+
+class DatabaseImpl {
+public:
+    explicit DatabaseImpl(sqlite3* db, QString path) : m_db(db), m_path(std::move(path)), m_catalog(db) {}
+    ~DatabaseImpl() { sqlite3_close_v2(m_db); }
+
+    sqlite3* db() const { return m_db; }
+    const QString& path() const { return m_path; }
+    SqliteCatalog& catalog() { return m_catalog; }
+
+    // Throws the DbError that SQLite's failure stands for.
+    Statement prepare(const QString& sql) const;
+    void exec(const QString& sql) const; // runs every statement in the text
+    // Steps a statement to its end (SQLITE_DONE); throws on failure.
+    void runToEnd(sqlite3_stmt* statement) const;
+    [[noreturn]] void fail(int rc, const QString& context = QString()) const;
+
+    // Runs a query and reads every row. When withRowid is set, the first result column is the base
+    // table's rowid and goes to rowids instead of the rows.
+    ResultSet readAll(const QString& sql, bool withRowid = false) const;
+
+    // The table as stored, or DbError: 3078 for a query's source, 3376 for a definition's target.
+    QString requireTable(const QString& table, int number = 3078) const;
+
+    int recordsAffected = 0;
+    int transactionDepth = 0;
+
+private:
+    sqlite3* m_db;
+    QString m_path;
+    SqliteCatalog m_catalog;
+};
+
+// SQLite's message for a failure in Jet's terms.
+DbError JetErrorFromSqlite(int extendedCode, const QString& message);

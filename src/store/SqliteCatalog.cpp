@@ -1,0 +1,134 @@
+#include "SqliteCatalog.h"
+
+#include <algorithm>
+#include <sqlite3.h>
+
+namespace {
+
+QString text(sqlite3_stmt* s, int column) {
+    const auto* t = reinterpret_cast<const char*>(sqlite3_column_text(s, column));
+    return t ? QString::fromUtf8(t, sqlite3_column_bytes(s, column)) : QString();
+}
+
+// A read of the schema that cannot fail on a healthy connection; a failure reads as an empty answer.
+template <typename RowFn> void eachRow(sqlite3* db, const QString& sql, RowFn fn) {
+    sqlite3_stmt* s = nullptr;
+    if (sqlite3_prepare_v2(db, sql.toUtf8().constData(), -1, &s, nullptr) != SQLITE_OK) {
+        sqlite3_finalize(s);
+        return;
+    }
+    while (sqlite3_step(s) == SQLITE_ROW)
+        fn(s);
+    sqlite3_finalize(s);
+}
+
+QString quoted(const QString& name) {
+    QString q = name;
+    q.replace('"', "\"\"");
+    return '"' + q + '"';
+}
+
+} // namespace
+
+void SqliteCatalog::refreshIfChanged() const {
+    int version = -1;
+    eachRow(m_db, "PRAGMA schema_version", [&](sqlite3_stmt* s) { version = sqlite3_column_int(s, 0); });
+    if (version == m_schemaVersion && version != -1)
+        return;
+    m_schemaVersion = version;
+    m_tables.clear();
+    m_tableOrder.clear();
+    m_columns.clear();
+    eachRow(
+        m_db,
+        "SELECT name FROM sqlite_schema WHERE type = 'table' AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY rowid",
+        [&](sqlite3_stmt* s) {
+            const QString name = text(s, 0);
+            m_tables.insert(name.toLower(), name);
+            m_tableOrder << name;
+        });
+}
+
+bool SqliteCatalog::hasTable(const QString& table) const {
+    return !storedTableName(table).isEmpty();
+}
+
+QString SqliteCatalog::storedTableName(const QString& table) const {
+    refreshIfChanged();
+    return m_tables.value(table.toLower());
+}
+
+QStringList SqliteCatalog::tableNames() const {
+    refreshIfChanged();
+    return m_tableOrder;
+}
+
+const std::vector<ColumnInfo>& SqliteCatalog::columnInfo(const QString& table) const {
+    static const std::vector<ColumnInfo> none;
+    const QString stored = storedTableName(table);
+    if (stored.isEmpty())
+        return none;
+    const QString key = stored.toLower();
+    auto it = m_columns.find(key);
+    if (it != m_columns.end())
+        return it.value();
+    std::vector<ColumnInfo> cols;
+    int primaryKeyColumns = 0;
+    eachRow(m_db, "PRAGMA table_info(" + quoted(stored) + ")", [&](sqlite3_stmt* s) {
+        ColumnInfo c;
+        c.name = text(s, 1);
+        c.declared = text(s, 2);
+        c.notNull = sqlite3_column_int(s, 3) != 0;
+        c.defaultSql = text(s, 4);
+        c.primaryKey = sqlite3_column_int(s, 5) != 0;
+        primaryKeyColumns += c.primaryKey ? 1 : 0;
+        cols.push_back(c);
+    });
+    // Only a single INTEGER PRIMARY KEY column is SQLite's rowid, and so a counter.
+    for (auto& c : cols)
+        c.type = JetTypeFromDeclared(c.declared, c.primaryKey && primaryKeyColumns == 1);
+    return m_columns.insert(key, std::move(cols)).value();
+}
+
+std::vector<SchemaCatalog::Column> SqliteCatalog::columns(const QString& table) const {
+    std::vector<Column> out;
+    for (const auto& c : columnInfo(table))
+        out.push_back({c.name, c.type.kind == JetKind::Unknown ? c.declared : JetDeclaredWord(c.type)});
+    return out;
+}
+
+int SqliteCatalog::columnIndex(const QString& table, const QString& column) const {
+    const auto& cols = columnInfo(table);
+    for (size_t i = 0; i < cols.size(); ++i)
+        if (cols[i].name.compare(column, Qt::CaseInsensitive) == 0)
+            return static_cast<int>(i);
+    return -1;
+}
+
+QString SqliteCatalog::storedIndexName(const QString& table, const QString& index) {
+    return table + "__" + index;
+}
+
+std::vector<IndexInfo> SqliteCatalog::indexInfo(const QString& table) const {
+    std::vector<IndexInfo> out;
+    const QString stored = storedTableName(table);
+    if (stored.isEmpty())
+        return out;
+    eachRow(m_db, "PRAGMA index_list(" + quoted(stored) + ")", [&](sqlite3_stmt* s) {
+        IndexInfo i;
+        i.storedName = text(s, 1);
+        i.unique = sqlite3_column_int(s, 2) != 0;
+        if (text(s, 3) != "c") // indexes SQLite made for constraints carry no name of the program's
+            return;
+        const QString prefix = stored + "__";
+        i.name = i.storedName.startsWith(prefix, Qt::CaseInsensitive) ? i.storedName.mid(prefix.size()) : i.storedName;
+        i.primary = i.unique && i.name.compare("PrimaryKey", Qt::CaseInsensitive) == 0;
+        out.push_back(i);
+    });
+    for (auto& i : out)
+        eachRow(m_db, "PRAGMA index_info(" + quoted(i.storedName) + ")",
+                [&](sqlite3_stmt* s) { i.fields << text(s, 2); });
+    std::sort(out.begin(), out.end(),
+              [](const IndexInfo& a, const IndexInfo& b) { return a.name.compare(b.name, Qt::CaseInsensitive) < 0; });
+    return out;
+}

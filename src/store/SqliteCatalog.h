@@ -1,0 +1,56 @@
+#pragma once
+// What the store knows of its own tables: names (case-blind, as Jet treats them), columns with their Jet
+// types, and the named indexes. Read from SQLite's schema and cached until the schema changes.
+
+#include "JetTypes.h"
+#include "sql/JetTranslator.h"
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+#include <vector>
+
+struct sqlite3;
+
+struct ColumnInfo {
+    QString name;
+    QString declared; // as SQLite keeps it
+    JetType type;
+    bool notNull = false;
+    QString defaultSql; // the default expression as written, empty for none
+    bool primaryKey = false;
+};
+
+struct IndexInfo {
+    QString storedName; // SQLite's name: "<table>__<name>", since SQLite's index names are not per table
+    QString name;       // the name as the program gave it
+    QStringList fields;
+    bool unique = false;
+    bool primary = false;
+};
+
+class SqliteCatalog : public SchemaCatalog {
+public:
+    explicit SqliteCatalog(sqlite3* db) : m_db(db) {}
+
+    bool hasTable(const QString& table) const override;
+    std::vector<Column> columns(const QString& table) const override;
+
+    // The table's name as stored, found case-blind; empty when there is no such table.
+    QString storedTableName(const QString& table) const;
+    QStringList tableNames() const;
+    const std::vector<ColumnInfo>& columnInfo(const QString& table) const; // empty for a missing table
+    std::vector<IndexInfo> indexInfo(const QString& table) const;
+    int columnIndex(const QString& table, const QString& column) const; // case-blind; -1 when missing
+
+    static QString storedIndexName(const QString& table, const QString& index);
+
+private:
+    void refreshIfChanged() const;
+
+    sqlite3* m_db;
+    mutable int m_schemaVersion = -1;
+    mutable QHash<QString, QString> m_tables; // lower-case name -> stored name
+    mutable QStringList m_tableOrder;
+    mutable QHash<QString, std::vector<ColumnInfo>> m_columns; // lower-case name -> columns
+};
