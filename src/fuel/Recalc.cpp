@@ -193,6 +193,7 @@ private:
     void readFuel();
     void readPurchasesAndStock();
     void chainOdometers();
+    std::vector<size_t> chainOrder(const Value& vehicleId, std::vector<size_t> rows);
     void bookStockTakes();
     void balanceTanks();
     void writeChanges();
@@ -214,6 +215,10 @@ private:
     std::map<double, DatedSums> m_purchases;
     std::map<double, DatedSums> m_issues;
     std::map<double, long double> m_verloreTotal; // after the stock takes are rewritten
+
+    enum class TieRule { Unknown, StoredOrder, IndexOrder, AskEach };
+    TieRule m_tieRule = TieRule::Unknown;
+    std::map<QString, size_t> m_fuelByKey;
 
     JetType m_prevKmType, m_lesingType, m_verloreType, m_volumeType;
     std::vector<PendingWrite> m_writes;
@@ -307,11 +312,72 @@ void FastRecalc::stage(const QString& table, const QString& keyColumn, const Val
     m_writes.push_back({table, keyColumn, key, column, converted});
 }
 
+bool SameReading(const FuelRow& a, const FuelRow& b) {
+    return a.nullOrder == b.nullOrder && (a.nullOrder || a.order == b.order);
+}
+
+// The chain's order as the store gives it to the per-vehicle statement: readings ascending, and rows with
+// the same reading in the order the store read them. That order depends on how the store finds a
+// vehicle's rows (by stored order, or through the vehicle index). Where the two would differ for a
+// vehicle, the statement itself is run once to learn which way the store goes; only if neither
+// explains it is the statement run for every such vehicle.
+std::vector<size_t> FastRecalc::chainOrder(const Value& vehicleId, std::vector<size_t> rows) {
+    std::stable_sort(rows.begin(), rows.end(), [&](size_t a, size_t b) {
+        const FuelRow& ra = m_fuel[a];
+        const FuelRow& rb = m_fuel[b];
+        if (ra.nullOrder != rb.nullOrder)
+            return ra.nullOrder;
+        return !ra.nullOrder && ra.order < rb.order;
+    });
+    std::vector<size_t> byIndex = rows;
+    bool ambiguous = false;
+    for (size_t first = 0; first < byIndex.size();) {
+        size_t last = first + 1;
+        while (last < byIndex.size() && SameReading(m_fuel[byIndex[first]], m_fuel[byIndex[last]]))
+            ++last;
+        if (last - first > 1) {
+            std::stable_sort(byIndex.begin() + static_cast<std::ptrdiff_t>(first),
+                             byIndex.begin() + static_cast<std::ptrdiff_t>(last),
+                             [&](size_t a, size_t b) { return m_fuel[a].tie < m_fuel[b].tie; });
+            ambiguous = ambiguous || !std::equal(byIndex.begin() + static_cast<std::ptrdiff_t>(first),
+                                                 byIndex.begin() + static_cast<std::ptrdiff_t>(last),
+                                                 rows.begin() + static_cast<std::ptrdiff_t>(first));
+        }
+        first = last;
+    }
+    if (!ambiguous || m_tieRule == TieRule::StoredOrder)
+        return rows;
+    if (m_tieRule == TieRule::IndexOrder)
+        return byIndex;
+
+    const std::vector<size_t> asStored = guarded([&] {
+        std::vector<size_t> order;
+        auto rs = m_db.OpenRecordset("SELECT * FROM VecFuel WHERE VoertuigID = " + vehicleId.toString() +
+                                     " ORDER BY val(KMRead) Asc");
+        for (; !rs->Eof(); rs->MoveNext()) {
+            auto found = m_fuelByKey.find(rs->Field("TransID").toString());
+            if (found != m_fuelByKey.end())
+                order.push_back(found->second);
+        }
+        return order;
+    });
+    if (asStored.size() != rows.size())
+        return rows;
+    if (m_tieRule == TieRule::Unknown)
+        m_tieRule = asStored == rows      ? TieRule::StoredOrder
+                    : asStored == byIndex ? TieRule::IndexOrder
+                                          : TieRule::AskEach;
+    return asStored;
+}
+
 void FastRecalc::chainOdometers() {
     std::map<double, std::vector<size_t>> rowsOfVehicle; // stored order within each vehicle
-    for (size_t i = 0; i < m_fuel.size(); ++i)
+    m_fuelByKey.clear();
+    for (size_t i = 0; i < m_fuel.size(); ++i) {
         if (m_fuel[i].vehicle)
             rowsOfVehicle[*m_fuel[i].vehicle].push_back(i);
+        m_fuelByKey[m_fuel[i].transId.toString()] = i;
+    }
 
     // A vehicle number standing twice walks its chain twice; the later walk is what stays.
     std::map<double, size_t> lastOccurrence;
@@ -326,16 +392,7 @@ void FastRecalc::chainOdometers() {
         auto found = rowsOfVehicle.find(*id);
         if (found == rowsOfVehicle.end())
             continue;
-        std::vector<size_t>& chain = found->second;
-        std::stable_sort(chain.begin(), chain.end(), [&](size_t a, size_t b) {
-            const FuelRow& ra = m_fuel[a];
-            const FuelRow& rb = m_fuel[b];
-            if (ra.nullOrder != rb.nullOrder)
-                return ra.nullOrder;
-            if (!ra.nullOrder && ra.order != rb.order)
-                return ra.order < rb.order;
-            return ra.tie < rb.tie;
-        });
+        const std::vector<size_t> chain = chainOrder(m_vehicles[v].first, found->second);
         QString previousKm = guarded([&] { return recalc::CleanedKm(m_vehicles[v].second); });
         for (size_t n = 0; n < chain.size(); ++n) {
             FuelRow& row = m_fuel[chain[n]];

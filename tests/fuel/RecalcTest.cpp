@@ -249,7 +249,7 @@ TEST_P(RecalcAgainstRowByRow, LeavesTheSameValuesAfterEachCall) {
         const QStringList b = DerivedValues(*walk);
         ASSERT_EQ(a.size(), b.size());
         for (int i = 0; i < a.size(); ++i)
-            ASSERT_EQ(a[i], b[i]) << "row " << i;
+            ASSERT_EQ(a[i].toStdString(), b[i].toStdString()) << "row " << i;
     }
     EXPECT_TRUE(messages.shown.isEmpty());
 }
