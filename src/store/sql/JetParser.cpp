@@ -4,6 +4,7 @@
 #include "JetLexer.h"
 
 #include <QSet>
+#include <optional>
 
 namespace jet {
 
@@ -327,6 +328,8 @@ SelectCore Parser::selectCore() {
 void Parser::selectItems(SelectCore& core) {
     do {
         m_part = Part::Select;
+        if (atEnd() || isWord("from") || isWord("into") || isWord("where"))
+            fail(); // an item is missing
         SelectItem item;
         if (isSymbol("*")) {
             const int start = next().start;
@@ -343,6 +346,11 @@ void Parser::selectItems(SelectCore& core) {
             m_part = Part::Select;
             if (acceptWord("as")) {
                 item.alias = name();
+            }
+            if (isNameToken()) { // "select a b from t": Jet reads one expression with an operator missing
+                const int end = peek().end;
+                throw DbError(3075, QStringLiteral("Syntax error (missing operator) in query expression '%1'.")
+                                        .arg(m_text.mid(item.expr->start, end - item.expr->start).trimmed()));
             }
         }
         core.items.push_back(std::move(item));
@@ -431,6 +439,8 @@ std::vector<OrderItem> Parser::orderBy() {
     expectWord("order");
     expectWord("by");
     std::vector<OrderItem> items;
+    if (atEnd() || isSymbol(";"))
+        fail();
     do {
         OrderItem item;
         item.expr = expression();
@@ -543,6 +553,8 @@ void Parser::deleteRows(Statement& st) {
         next();
     }
     expectWord("from");
+    if (atEnd() || isSymbol(";"))
+        fail();
     std::vector<TableRefPtr> list = fromList();
     m_part = Part::Delete;
     if (list.size() != 1)
@@ -1077,7 +1089,8 @@ ExprPtr Parser::primary() {
             e->end = peek().start;
             return e;
         }
-        if (isSymbol("(", 1) && !reservedWords().contains(t.lower)) {
+        if (isSymbol("(", 1) && (!reservedWords().contains(t.lower) || t.lower == QLatin1String("left") ||
+                                 t.lower == QLatin1String("right"))) {
             auto e = make(ExprKind::Call, start);
             e->text = next().lower;
             next();
@@ -1126,8 +1139,13 @@ Statement ParseStatement(const QString& statement) {
 }
 
 ExprPtr ParseExpression(const QString& expression) {
-    Parser parser(expression);
-    return parser.bareExpression();
+    std::optional<Parser> parser;
+    try {
+        parser.emplace(expression);
+    } catch (const DbError&) {
+        throw DbError(3077, QStringLiteral("Syntax error (missing operator) in expression."));
+    }
+    return parser->bareExpression();
 }
 
 } // namespace jet

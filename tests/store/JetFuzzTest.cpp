@@ -1,0 +1,195 @@
+// Random, truncated and mangled statements built from real ones: the dialect layer may refuse them, but
+// only with a DbError, never a crash; and what it accepts SQLite can parse.
+
+#include "Database.h"
+#include "sql/JetFunctions.h"
+#include "sql/JetTranslator.h"
+
+#include <QStringList>
+#include <gtest/gtest.h>
+#include <random>
+#include <sqlite3.h>
+
+namespace {
+
+class NoTables : public SchemaCatalog {
+public:
+    bool hasTable(const QString&) const override { return false; }
+    std::vector<Column> columns(const QString&) const override { return {}; }
+};
+
+const QStringList& corpus() {
+    static const QStringList statements = {
+        "Select * from owner order by name asc",
+        "Select top 1 * from owner ",
+        "select [desc] as [group], sum([total litres]) as [biggie]  from tmpsummary  inner join voerkat on "
+        "voerkat.transid = tmpsummary.catid  group by [desc]",
+        " select sum(amt) from ( SELECT sum(val(Liter)) as [amt] FROM FuelPurchase where tankid in (1,2) union all "
+        "SELECT -sum(val(Litres)) as [amt] FROM VecFuel where tankid in (1,2))",
+        " Transform Sum([open litres]) select [tank name], sortdate,date,detail, vehicle From tmpdetail group by [tank "
+        "name],sortdate,date,detail,vehicle Pivot detail",
+        "Transform Sum(Value1) select  '' as [-] from vdiens_extra   where costtype <> 'Labour'   and historyid = 4 "
+        "group by  '' Pivot costtype",
+        " select  Strconv(tanknaam,3) as [tank name] ,p.datum as [sortdate] ,p.datum as [date] ,  'litres added' as "
+        "[detail] ,  'Tank Stocktake (Gain)' as [vehicle] ,verlore as [open litres]  from tankstock p  inner join "
+        "tanks "
+        "t on t.transid = p.tankid  where p.datum >= '2024/01/01' and val(verlore) > 0",
+        " select strconv(maak & ' ' & regnr & ' (' & kmread & ')',3) as   [vehicle]  from ( (vecfuel p inner join "
+        "tanks t on t.transid = p.tankid)  inner join voertuig  v on  v.transid = p.voertuigid)",
+        "insert into departments (description,issys) values ('Department 1',1)",
+        " INSERT INTO tmpdetail SELECT * FROM( select strconv(tanknaam,3) as [tank name] ,'1901/01/01' as [sortdate] "
+        "from tanks where transid in (3))",
+        "update tmpdetailpivot set [litres added] = [open litres]   where [sortDate] = '1901/01/01'",
+        "delete * from tmpdetail",
+        "alter table voertuig alter column  [km]  double",
+        "alter table voertuig drop  [rebaterate]  double",
+        "create table FuelSupplier (suppid AUTOINCREMENT PRIMARY KEY NOT NULL, Name text(50), issystem bit)",
+        "select id,description into drivers from  (select   [KID] as id ,[Desc] as description  from kamer where kid = "
+        "0)",
+        "SELECT * FROM ToerInv WHERE TID IN (1) AND ADatum >= #01-01-2024 00:00:00# AND ADatum <= #12-31-2024 "
+        "23:59:59#",
+        "select iif(isnull(a), 'x' & b, c + d \\ 2 mod 3 ^ 2) from t where not e like '[!a-c]*#?' and f between 1 and "
+        "2 or g is not null",
+        "select top 2 a from t order by b desc, 1",
+        "create unique index ix on t (a asc, b desc) with primary",
+    };
+    return statements;
+}
+
+// Translates; returns false when refused. Anything but a DbError fails the test.
+bool translates(const QString& statement, SqlitePlan* plan) {
+    static const NoTables catalog;
+    try {
+        *plan = TranslateJet(statement, catalog);
+        return true;
+    } catch (const DbError& e) {
+        EXPECT_GT(e.number(), 0) << statement.toStdString();
+        EXPECT_FALSE(e.description().isEmpty()) << statement.toStdString();
+        return false;
+    } catch (const std::exception& e) {
+        ADD_FAILURE() << "unexpected exception " << e.what() << " for: " << statement.toStdString();
+    } catch (...) {
+        ADD_FAILURE() << "unexpected exception for: " << statement.toStdString();
+    }
+    return false;
+}
+
+// SQLite may not know the tables, but it must be able to read what was emitted.
+void expectSqliteParses(sqlite3* db, const QString& sql, const QString& from) {
+    if (sql.isEmpty())
+        return;
+    sqlite3_stmt* st = nullptr;
+    const QByteArray utf8 = sql.toUtf8();
+    const int rc = sqlite3_prepare_v2(db, utf8.constData(), static_cast<int>(utf8.size()), &st, nullptr);
+    sqlite3_finalize(st);
+    if (rc != SQLITE_OK) {
+        const QString message = QString::fromUtf8(sqlite3_errmsg(db));
+        EXPECT_FALSE(message.contains("syntax error") || message.contains("unrecognized token"))
+            << message.toStdString() << "\n  emitted: " << sql.toStdString() << "\n  from: " << from.toStdString();
+    }
+}
+
+QString mutate(const QString& s, std::mt19937& rng) {
+    static const QString pieces[] = {
+        "(",           ")",          ",",          "'",       "\"",    "[",        "]",         "#",
+        "*",           "&",          " and ",      " or ",    " not ", " select ", " from ",    " where ",
+        " union all ", " group by ", " order by ", " pivot ", " in (", " like ",   " between ", " is null",
+        "=",           "<>",         ";",          ".",       "!"};
+    QString out = s;
+    std::uniform_int_distribution<int> kind(0, 4);
+    const int n = static_cast<int>(out.size());
+    std::uniform_int_distribution<int> pos(0, std::max(0, n - 1));
+    switch (kind(rng)) {
+    case 0: // truncate
+        return out.left(pos(rng));
+    case 1: { // delete a stretch
+        const int at = pos(rng);
+        return out.remove(at, std::uniform_int_distribution<int>(1, 8)(rng));
+    }
+    case 2: { // insert a piece of syntax
+        std::uniform_int_distribution<int> which(0, static_cast<int>(std::size(pieces)) - 1);
+        return out.insert(pos(rng), pieces[which(rng)]);
+    }
+    case 3: { // swap two characters
+        if (n < 2)
+            return out;
+        const int a = pos(rng), b = pos(rng);
+        const QChar c = out[a];
+        out[a] = out[b];
+        out[b] = c;
+        return out;
+    }
+    default: { // random printable noise
+        QString noise;
+        std::uniform_int_distribution<int> ch(32, 126);
+        const int len = std::uniform_int_distribution<int>(1, 12)(rng);
+        for (int i = 0; i < len; ++i)
+            noise += QChar(ch(rng));
+        return out.insert(pos(rng), noise);
+    }
+    }
+}
+
+TEST(JetFuzz, CorpusTranslatesAndSqliteReadsIt) {
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(":memory:", &db), SQLITE_OK);
+    ASSERT_EQ(RegisterJetFunctions(db), SQLITE_OK);
+    int accepted = 0;
+    for (const QString& s : corpus()) {
+        SqlitePlan plan;
+        if (translates(s, &plan)) {
+            ++accepted;
+            expectSqliteParses(db, plan.sql, s);
+            expectSqliteParses(db, plan.pivotValuesSql, s);
+            if (plan.crosstabSql)
+                expectSqliteParses(db, plan.crosstabSql({"a", "<>", "it's \"x\""}), s);
+        }
+    }
+    EXPECT_EQ(accepted, corpus().size() - 1); // only the drop with a type after the name is refused
+    sqlite3_close(db);
+}
+
+TEST(JetFuzz, MangledStatementsNeverCrash) {
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(":memory:", &db), SQLITE_OK);
+    ASSERT_EQ(RegisterJetFunctions(db), SQLITE_OK);
+    std::mt19937 rng(20241111);
+    std::uniform_int_distribution<int> pick(0, static_cast<int>(corpus().size()) - 1);
+    std::uniform_int_distribution<int> rounds(1, 3);
+    int accepted = 0;
+    int refused = 0;
+    for (int i = 0; i < 4000; ++i) {
+        QString s = corpus()[pick(rng)];
+        for (int r = rounds(rng); r > 0; --r)
+            s = mutate(s, rng);
+        SqlitePlan plan;
+        if (translates(s, &plan)) {
+            ++accepted;
+            expectSqliteParses(db, plan.sql, s);
+            expectSqliteParses(db, plan.pivotValuesSql, s);
+        } else {
+            ++refused;
+        }
+        if (HasFailure())
+            break;
+    }
+    EXPECT_GT(accepted, 100);
+    EXPECT_GT(refused, 100);
+    sqlite3_close(db);
+}
+
+TEST(JetFuzz, FindFirstCriteriaNeverCrash) {
+    static const NoTables catalog;
+    std::mt19937 rng(7);
+    const QString base = "OID = 5 and name like 'a*' or not isnull(x) and d >= #2024/01/01#";
+    for (int i = 0; i < 1000; ++i) {
+        const QString s = mutate(base, rng);
+        try {
+            TranslateJetExpression(s, catalog);
+        } catch (const DbError& e) {
+            EXPECT_GT(e.number(), 0) << s.toStdString();
+        }
+    }
+}
+
+} // namespace
