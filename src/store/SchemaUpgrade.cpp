@@ -383,21 +383,30 @@ void AddCostTypes(Database& db) {
 }
 
 void RunSchemaSteps(Database& db) {
-    AddFuelSupplierTable(db);
-    RepairColumnTypes(db);
-    AddServiceReferences(db);
-    AddDueDates(db);
-    AddPermitTable(db);
-    AddRebateTable(db);
-    AddTankAndPurchaseColumns(db);
-    AddVehicleColumns(db);
-    Formload_AddTables(db);
-    ConvertEquipmentQuantity(db);
-    AddPumpReadings(db);
-    AddEquipmentLedger(db);
-    AddEquipmentStockTake(db);
-    AddServiceCostLines(db);
-    MoveServiceTables(db);
-    EmptyUpgradeStep(db);
-    AddCostTypes(db);
+    // Each statement stands or falls alone, as before; the transaction only saves a disk flush per
+    // statement, and a start cut short by a crash leaves the store as it was.
+    db.BeginTrans();
+    try {
+        AddFuelSupplierTable(db);
+        RepairColumnTypes(db);
+        AddServiceReferences(db);
+        AddDueDates(db);
+        AddPermitTable(db);
+        AddRebateTable(db);
+        AddTankAndPurchaseColumns(db);
+        AddVehicleColumns(db);
+        Formload_AddTables(db);
+        ConvertEquipmentQuantity(db);
+        AddPumpReadings(db);
+        AddEquipmentLedger(db);
+        AddEquipmentStockTake(db);
+        AddServiceCostLines(db);
+        MoveServiceTables(db);
+        EmptyUpgradeStep(db);
+        AddCostTypes(db);
+    } catch (...) {
+        db.CommitTrans(); // what the steps did stays, as it would without the transaction
+        throw;
+    }
+    db.CommitTrans();
 }

@@ -17,16 +17,19 @@ QString StoreFileOf(const Session& s) {
 
 // A new store: the older tables first, then one pass of the seventeen steps, as an old file gets at its
 // first start. A store that could not be made whole is removed, so that the next start tries again.
+// Nobody sees the store before it is made, so the whole making is one transaction.
 std::unique_ptr<Database> CreateNewStore(const QString& file) {
     std::unique_ptr<Database> store = Database::Open(file, true);
     try {
+        store->BeginTrans();
         CreateOlderSchema(*store);
+        RunSchemaSteps(*store);
+        store->CommitTrans();
     } catch (...) {
         store.reset();
         QFile::remove(file);
         throw;
     }
-    RunSchemaSteps(*store);
     return store;
 }
 

@@ -174,7 +174,9 @@ struct OlderStore {
     std::unique_ptr<Database> db;
     OlderStore() {
         db = Database::Open(home.storeFile(), true);
+        db->BeginTrans();
         CreateOlderSchema(*db);
+        db->CommitTrans();
     }
     void SetVersion(int major, int minor, int revision) {
         db->CreateTableDef("Version", {{"VMajor", "long", 0}, {"VMinor", "long", 0}, {"VRevision", "long", 0}});
