@@ -119,7 +119,7 @@ void EditNameList(const NameListDef& list, int action, QComboBox* combo, const R
         bool flagGiven = false;
         if (answer.contains('|')) {
             const int bar = answer.lastIndexOf('|');
-            flag = answer.mid(bar + 1).compare("True", Qt::CaseInsensitive) == 0;
+            flag = ReadsTrue(answer.mid(bar + 1));
             flagGiven = true;
             answer = answer.left(bar);
         }

@@ -63,7 +63,7 @@ void TypeIntoNextInput(const QString& text, std::optional<bool> tick = std::null
         QTest::keyClick(form->txtMsg[0], Qt::Key_Delete);
         QTest::keyClicks(form->txtMsg[0], text);
         if (tick && form->chk->isChecked() != *tick)
-            QTest::mouseClick(form->chk, Qt::LeftButton);
+            QTest::keyClick(form->chk, Qt::Key_Space);
         if (text.isEmpty())
             QTest::mouseClick(form->cmdCancel, Qt::LeftButton);
         else
