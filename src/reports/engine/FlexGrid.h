@@ -35,7 +35,8 @@ class FlexGrid : public QTableWidget {
 public:
     static constexpr int TwipsPerPixel = 15;
 
-    explicit FlexGrid(QWidget* parent = nullptr); // 2 rows, 2 columns, 1 fixed row, 1 fixed column
+    // 2 rows, 2 columns, 1 fixed row; no fixed column, so that the first column is data like the others.
+    explicit FlexGrid(QWidget* parent = nullptr);
 
     void Clear(); // empties every cell, the fixed ones too; the size stays
 
@@ -95,7 +96,7 @@ private:
     void ApplyAlignment(int row, int col);
 
     int m_fixedRows = 1;
-    int m_fixedCols = 1;
+    int m_fixedCols = 0;
     int m_row = 1, m_col = 1, m_rowSel = 1, m_colSel = 1;
     QString m_formatString;
     QList<int> m_colAlignments;

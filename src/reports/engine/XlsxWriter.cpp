@@ -414,7 +414,8 @@ private:
             chart_axis_set_interval_unit(chart->x_axis, static_cast<uint16_t>(model.tickLabelSpacing));
         if (model.tickLabelOrientation != 0) {
             lxw_chart_font font = {};
-            font.rotation = static_cast<int16_t>(model.tickLabelOrientation);
+            // The program's angle is counted upward; the file's text rotation runs clockwise.
+            font.rotation = static_cast<int16_t>(-model.tickLabelOrientation);
             chart_axis_set_num_font(chart->x_axis, &font);
         }
         // Points to pixels at 96 dots an inch; the default chart is 480 by 288 pixels.
