@@ -229,6 +229,15 @@ TEST_F(JetEmitter, ConstantsInGroupBy) {
     EXPECT_TRUE(query("select sum(km) from voertuig where transid = 99 group by ''").empty());
 }
 
+TEST_F(JetEmitter, SummaryGroupsOverConstants) {
+    const Rows rows = query(" select catid, maak  &  ' (' & regnr & ')' as [vehicle], sum(km) as [Total], 100 as "
+                            "[Open Km], 10.00 as [Km/Litre], iif(rebated=true,'hours','km') as [Type] from voertuig "
+                            "where km > 0 group by catid, maak  &  ' (' & regnr & ')' ,100,200,10.00,rebated");
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(rows[0], QStringList({"1", "TOYOTA (ABC123)", "1000.0", "100", "10.0", "hours"}));
+    EXPECT_EQ(rows[1], QStringList({"1", "toyota (XYZ999)", "2000.0", "100", "10.0", "km"}));
+}
+
 TEST_F(JetEmitter, TopKeepsTies) {
     raw("INSERT INTO voertuig VALUES (4, 2, 'Isuzu', 'T1', 2000, 0, '', '2024/03/01')");
     EXPECT_EQ(column("select top 1 transid from voertuig order by km desc, catid", 0), QStringList({"2"}));

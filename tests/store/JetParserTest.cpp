@@ -199,4 +199,12 @@ TEST(JetParser, InsertSelectMatchesByName) {
     EXPECT_TRUE(plan.sql.startsWith("INSERT INTO [tmpdetail] ([tank name],[sortdate]) SELECT"));
 }
 
+TEST(JetParser, TypesTheStatementFixes) {
+    const SqlitePlan plan = translate("select #12-31-2025 23:59:59# as d, trdate, now(), format(now(),'yyyy'), "
+                                      "iif(a, #2024/01/01#, null) from t");
+    EXPECT_EQ(plan.columnTypes, QStringList({"datetime", "", "datetime", "", "datetime"}));
+    EXPECT_TRUE(translate("select a, b from t").columnTypes.isEmpty());
+    EXPECT_TRUE(translate("select *, now() from t").columnTypes.isEmpty());
+}
+
 } // namespace

@@ -60,6 +60,12 @@ struct SqlitePlan {
     // Crosstab: the distinct pivot values in Jet's order come from pivotValuesSql (one column);
     // crosstabSql(values) returns the final SELECT with one column per value.
     QString pivotValuesSql;
+
+    // Query and SelectInto: the Jet type word ("datetime", ...) of each output column that SQLite gives no
+    // declared type for but whose type the statement fixes (a #date# literal, now(), cdate(...)); empty
+    // entries where the column's own declared type or the stored value decides. Empty when the select list
+    // has a `*`.
+    QStringList columnTypes;
     std::function<QString(const QStringList& pivotValues)> crosstabSql;
 };
 

@@ -137,6 +137,8 @@ private:
     std::optional<QStringList> outputNames(const Select& s) const;
     std::optional<QStringList> refColumns(const TableRef& t, const QString& qualifier) const;
     SqlitePlan crosstab(const Statement& st);
+    QStringList columnTypes(const SelectCore& c) const;
+    QString staticType(const Expr& e) const;
     QString update(const Statement& st);
     QString deleteRows(const Statement& st);
 };
@@ -571,6 +573,47 @@ std::optional<QStringList> Emitter::refColumns(const TableRef& t, const QString&
     return std::nullopt;
 }
 
+// ---- types the statement fixes ----
+
+QString Emitter::staticType(const Expr& e) const {
+    static const QString datetime = QStringLiteral("datetime");
+    switch (e.kind) {
+    case ExprKind::Date:
+        return datetime;
+    case ExprKind::Call:
+        if (e.text == QLatin1String("now") || e.text == QLatin1String("date") || e.text == QLatin1String("time") ||
+            e.text == QLatin1String("cdate") || e.text == QLatin1String("datevalue"))
+            return datetime;
+        if (e.text == QLatin1String("iif") && e.args.size() == 3) {
+            const QString a = staticType(*e.args[1]);
+            const QString b = staticType(*e.args[2]);
+            if (a == b || e.args[2]->kind == ExprKind::Null)
+                return a;
+            if (e.args[1]->kind == ExprKind::Null)
+                return b;
+        }
+        if ((e.text == QLatin1String("min") || e.text == QLatin1String("max") || e.text == QLatin1String("first") ||
+             e.text == QLatin1String("last") || e.text == QLatin1String("nz")) &&
+            !e.args.empty())
+            return staticType(*e.args[0]);
+        return {};
+    default:
+        return {};
+    }
+}
+
+QStringList Emitter::columnTypes(const SelectCore& c) const {
+    QStringList types;
+    bool any = false;
+    for (const SelectItem& item : c.items) {
+        if (item.expr->kind == ExprKind::Star)
+            return {};
+        types << staticType(*item.expr);
+        any = any || !types.back().isEmpty();
+    }
+    return any ? types : QStringList();
+}
+
 // ---- statements ----
 
 SqlitePlan Emitter::crosstab(const Statement& st) {
@@ -714,6 +757,7 @@ SqlitePlan Emitter::plan(const Statement& st) {
             plan.kind = SqlitePlan::Kind::Query;
         }
         plan.sql = select(*st.select);
+        plan.columnTypes = columnTypes(first);
         break;
     }
     case Statement::Kind::Transform:
