@@ -192,4 +192,20 @@ TEST(JetFuzz, FindFirstCriteriaNeverCrash) {
     }
 }
 
+TEST(JetFuzz, DeepNestingIsRefusedNotOverflowed) {
+    const QString deep = "select " + QString(5000, '(') + "1" + QString(5000, ')') + " from t";
+    SqlitePlan plan;
+    EXPECT_FALSE(translates(deep, &plan));
+    QString nots = "select 1 from t where ";
+    for (int i = 0; i < 5000; ++i)
+        nots += "not -";
+    EXPECT_FALSE(translates(nots + "1", &plan));
+    QString derived = "select * from ";
+    for (int i = 0; i < 3000; ++i)
+        derived += "(select * from ";
+    EXPECT_FALSE(translates(derived + "t" + QString(3000, ')'), &plan));
+    // Nesting as deep as real statements go is fine.
+    EXPECT_TRUE(translates("select " + QString(20, '(') + "1" + QString(20, ')') + " from t", &plan));
+}
+
 } // namespace

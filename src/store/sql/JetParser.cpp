@@ -48,6 +48,19 @@ private:
     size_t m_pos = 0;
     Part m_part = Part::Select;
     int m_exprStart = 0;
+    int m_depth = 0;
+
+    // Nesting deeper than any statement the program writes is refused rather than risking the stack.
+    struct DepthGuard {
+        Parser& parser;
+        explicit DepthGuard(Parser& p) : parser(p) {
+            if (++parser.m_depth > 200)
+                throw DbError(3075, QStringLiteral("Query is too complex."));
+        }
+        ~DepthGuard() { --parser.m_depth; }
+        DepthGuard(const DepthGuard&) = delete;
+        DepthGuard& operator=(const DepthGuard&) = delete;
+    };
 
     const Token& peek(size_t ahead = 0) const {
         const size_t i = std::min(m_pos + ahead, m_tokens.size() - 1);
@@ -256,6 +269,7 @@ ExprPtr Parser::bareExpression() {
 // ---- select ----
 
 std::unique_ptr<Select> Parser::select(bool stopAtPivot) {
+    const DepthGuard guard(*this);
     auto sel = std::make_unique<Select>();
     sel->cores.push_back(selectCore());
     while (isWord("union")) {
@@ -403,6 +417,7 @@ TableRefPtr Parser::joinedTable() {
 }
 
 TableRefPtr Parser::primaryTable() {
+    const DepthGuard guard(*this);
     m_part = Part::From;
     if (acceptSymbol("(")) {
         if (isWord("select")) {
@@ -864,6 +879,7 @@ ExprPtr Parser::andExpr() {
 }
 
 ExprPtr Parser::notExpr() {
+    const DepthGuard guard(*this);
     if (isWord("not")) {
         const int start = next().start;
         ExprPtr operand = notExpr();
@@ -993,6 +1009,7 @@ ExprPtr Parser::multiplicative() {
 }
 
 ExprPtr Parser::unary() {
+    const DepthGuard guard(*this);
     if (isSymbol("-") || isSymbol("+")) {
         const Token& t = next();
         const int start = t.start;
@@ -1022,6 +1039,7 @@ ExprPtr Parser::power() {
 }
 
 ExprPtr Parser::primary() {
+    const DepthGuard guard(*this);
     const Token& t = peek();
     const int start = t.start;
     switch (t.type) {
@@ -1093,6 +1111,8 @@ ExprPtr Parser::primary() {
                                  t.lower == QLatin1String("right"))) {
             auto e = make(ExprKind::Call, start);
             e->text = next().lower;
+            if (e->text.endsWith(u'$')) // Left$, Format$, ...: the text-only forms of the same functions
+                e->text.chop(1);
             next();
             if (acceptSymbol(")")) {
                 e->end = peek().start;
@@ -1102,7 +1122,6 @@ ExprPtr Parser::primary() {
                 next();
                 e->star = true;
             } else {
-                acceptWord("distinct");
                 do {
                     e->args.push_back(impExpr());
                 } while (acceptSymbol(","));

@@ -639,9 +639,9 @@ SqlitePlan Emitter::crosstab(const Statement& st) {
         }
         if (c.where)
             from += QStringLiteral(" WHERE ") + expr(*c.where, Ctx::Bool);
+        const QString pivotTerm = groupTerm(*st.pivot);
         plan.pivotValuesSql = QStringLiteral("SELECT ") + heading + QStringLiteral(" AS [heading]") + from +
-                              QStringLiteral(" GROUP BY ") + pivot + kNoCase + QStringLiteral(" ORDER BY ") + pivot +
-                              kNoCase;
+                              QStringLiteral(" GROUP BY ") + pivotTerm + QStringLiteral(" ORDER BY ") + pivotTerm;
     }
     m_inPivotCell = true;
     const QString cell = expr(*st.transformValue, Ctx::Value);
