@@ -71,10 +71,10 @@ QString BuildSample() {
         REPxlFmt(xlSheet, cell, cell, sum, 2, 8, true, false, false, false, false, "### ### ##0.00", 1, -4152, -4108, 2,
                  0, 18);
     }
-    xlSheet->Columns("a:a").SetColumnWidth(14);
-    xlSheet->Columns("b:b").SetColumnWidth(11);
-    xlSheet->Columns("c:c").SetColumnWidth(28);
-    xlSheet->Columns("d:g").SetColumnWidth(13);
+    xlSheet->Columns("a:a").SetColumnWidth(12);
+    xlSheet->Columns("b:b").SetColumnWidth(10);
+    xlSheet->Columns("c:c").SetColumnWidth(24);
+    xlSheet->Columns("d:g").SetColumnWidth(11);
     REPORT_PageSetup(xlSheet, "$1:$2", "A:A", "Date &D Time &T", "Page #&P Of &N Pages", 2, "");
 
     // A chart of the litres out per vehicle, on a sheet of its own.
@@ -83,7 +83,7 @@ QString BuildSample() {
     xlSheet = xlBook->Worksheets(REPORT_GetSheetIndex());
     xlSheet->Activate();
     xlSheet->SetName("Chart Detail per Fuel Tank");
-    XlRef<XlChart> chart = xlSheet->ChartObjectsAdd(20, 20, 620, 360);
+    XlRef<XlChart> chart = xlSheet->ChartObjectsAdd(10, 10, 420, 260);
     chart->SetSourceData(xlBook->Sheets(xlBook->SheetsCount() - 1)->Range("C2", "f" + QString::number(last)));
     chart->SetChartType(xl::ColumnClustered);
     chart->SetCategoryTickLabelSpacing(1);

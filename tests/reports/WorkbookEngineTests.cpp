@@ -8,9 +8,11 @@
 #include "WorkbookReader.h"
 
 #include <QDateTime>
+#include <QDesktopServices>
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
+#include <QUrl>
 #include <gtest/gtest.h>
 
 namespace {
@@ -465,3 +467,46 @@ TEST(ColumnLetters, TableAndLookups) {
 }
 
 } // namespace
+
+// Catches the desktop's "open this file" instead of starting a program.
+class OpenedFiles : public QObject {
+    Q_OBJECT
+public:
+    QList<QUrl> urls;
+public slots:
+    void open(const QUrl& url) { urls << url; }
+};
+
+TEST(WorkbookShow, ComingForwardOpensTheSavedFileUnlessShowingIsOff) {
+    TempHome home;
+    SetHomeFolder(home.path());
+    ScriptedMessageService messages;
+    OpenedFiles opened;
+    QDesktopServices::setUrlHandler("file", &opened, "open");
+    const QByteArray noShow = qgetenv("ORVEL_NO_SHOW");
+
+    qunsetenv("ORVEL_NO_SHOW");
+    ASSERT_TRUE(REPORT_Workbook_Initialise(false)); // an empty new book shows nothing
+    EXPECT_TRUE(opened.urls.isEmpty());
+    xlSheet->Range("a1").SetValue("Fuel");
+    const QString path = REPORT_SaveReport(xlApp, "Reports", "Shown");
+    REPORT_HideExcel(xlApp, true);
+    REPORT_HideExcel(xlApp, false);
+    REPORT_HideExcel(xlApp, false); // once per file
+    ASSERT_EQ(opened.urls.size(), 1);
+    EXPECT_EQ(opened.urls[0].toLocalFile(), QFileInfo(path).absoluteFilePath());
+    REPORT_Workbook_Terminate();
+
+    qputenv("ORVEL_NO_SHOW", "1");
+    ASSERT_TRUE(REPORT_Workbook_Initialise(true));
+    xlSheet->Range("a1").SetValue("Fuel");
+    REPORT_SaveReport(xlApp, "Reports", "Not shown");
+    REPORT_HideExcel(xlApp, false);
+    EXPECT_EQ(opened.urls.size(), 1);
+    REPORT_Workbook_Terminate();
+
+    QDesktopServices::unsetUrlHandler("file");
+    qputenv("ORVEL_NO_SHOW", noShow);
+}
+
+#include "WorkbookEngineTests.moc"

@@ -200,7 +200,8 @@ public:
     // : \ / ? * [ ], an apostrophe first or last, or the name of another sheet compared case-blind).
     void SetName(const QString& name);
     void Activate();
-    int Index() const; // 1-based position in the book
+    void Select() { Activate(); } // one sheet in hand: selecting it brings it forward
+    int Index() const;            // 1-based position in the book
     void Delete();
 
     // Range("a1", "f1"), Range("a3"), Range("a2:b10"); letters in either case, "$" allowed.
@@ -334,7 +335,8 @@ public:
     XlRef<XlWorkbook> ActiveWorkbook() const;
 
     bool Visible() const { return m_visible; }
-    // Showing the program opens the saved workbook with the desktop's default program, unless ORVEL_NO_SHOW=1.
+    // Showing the program opens the book in hand with the desktop's default program, unless ORVEL_NO_SHOW=1:
+    // its saved file (once), or a copy in the temporary folder when it was never saved.
     void SetVisible(bool visible);
     void SetScreenUpdating(bool on) { m_screenUpdating = on; }
     bool ScreenUpdating() const { return m_screenUpdating; }

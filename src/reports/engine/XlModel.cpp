@@ -491,8 +491,8 @@ int XlRange::CopyFromRecordset(Recordset& rs) {
             const Value v = rs.Field(i);
             const int c = m_c1 + i;
             if (v.isNull() || v.isEmpty()) {
-                if (XlCell* cell = const_cast<XlCell*>(ws.CellAt(row, c)))
-                    cell->value = Value();
+                if (auto it = ws.CellMap().find(XlWorksheet::Key(row, c)); it != ws.CellMap().end())
+                    it->second.value = Value();
                 continue;
             }
             XlCell& cell = ws.CellForWrite(row, c);
@@ -842,16 +842,23 @@ XlRef<XlWorkbook> XlApplication::ActiveWorkbook() const {
 }
 
 void XlApplication::SetVisible(bool visible) {
-    const bool comingForward = visible && !m_visible;
     m_visible = visible;
-    if (!comingForward || m_books.empty())
+    if (!visible || m_books.empty() || qEnvironmentVariable("ORVEL_NO_SHOW") == QLatin1String("1"))
         return;
-    if (qEnvironmentVariable("ORVEL_NO_SHOW") == QLatin1String("1"))
-        return;
+    // Coming forward shows the book in hand: its saved file, once.
     XlWorkbook& book = *m_books.back();
     QString path = book.FullName();
+    if (!path.isEmpty() && m_shown.contains(path))
+        return;
     if (path.isEmpty()) {
-        // Never saved (the save failed or was not asked for): show a copy, so that what was built is not lost.
+        // Never saved (the save failed): show a copy, so that what was built is not lost. An empty new book
+        // has nothing to show.
+        bool empty = true;
+        for (const auto& s : book.SheetList())
+            if (!s->CellMap().empty() || !s->Charts().empty())
+                empty = false;
+        if (empty)
+            return;
         path = QDir::temp().filePath(
             QStringLiteral("Orvel unsaved %1.xlsx").arg(QDateTime::currentDateTime().toString("yyyy_MM_dd HH_mm_ss")));
         try {
