@@ -303,6 +303,18 @@ TEST_F(JetEmitter, DateLiterals) {
               QStringList({"1"}));
     EXPECT_EQ(column("select id from book where datum > #2024/11/05#"), QStringList({"1", "2"}));
     EXPECT_EQ(scalar("select format(datum,'yyyy/MM/dd') from book where id = 2"), "2024/11/06");
+    // Text that reads as a date, stored into or compared with a datetime column, is that date.
+    query("insert into book (id, datum) values (3, '2024/11/07 08:30:00')");
+    query("insert into book values (4, '11-08-2024')");
+    query("update book set datum = '2024/11/09' where id = 2");
+    EXPECT_EQ(column("select datum from book where id > 1 order by id"),
+              QStringList({"2024-11-09 00:00:00", "2024-11-07 08:30:00", "2024-11-08 00:00:00"}));
+    EXPECT_EQ(column("select b.id from book as b where b.datum between '2024/11/07' and '2024/11/08 23:59:59'"),
+              QStringList({"3", "4"}));
+    EXPECT_EQ(column("select id from book where datum >= '2024/11/09'"), QStringList({"2"}));
+    // A text date column stays text: "yyyy/MM/dd" compares as text.
+    EXPECT_EQ(column("select transid from voertuig where adatum < '2024/01/16' order by transid"),
+              QStringList({"1", "3"}));
 }
 
 TEST_F(JetEmitter, DataChanges) {

@@ -1,6 +1,7 @@
 #include "SqliteEmitter.h"
 
 #include "Database.h"
+#include "JetLexer.h"
 #include "JetParser.h"
 
 #include <QHash>
@@ -123,6 +124,33 @@ private:
     const SchemaCatalog& m_catalog;
     bool m_inPivotCell = false; // aggregates take their rows only under the pivot condition
 
+    // The tables in reach of a column name: one list per select level, innermost last.
+    struct ScopeEntry {
+        QString visible; // alias, or the table's name
+        QString table;
+    };
+    std::vector<std::vector<ScopeEntry>> m_scopes;
+    struct ScopeGuard {
+        Emitter& emitter;
+        ScopeGuard(Emitter& e, std::vector<ScopeEntry> entries) : emitter(e) {
+            emitter.m_scopes.push_back(std::move(entries));
+        }
+        ~ScopeGuard() { emitter.m_scopes.pop_back(); }
+        ScopeGuard(const ScopeGuard&) = delete;
+        ScopeGuard& operator=(const ScopeGuard&) = delete;
+    };
+    static void collectTables(const TableRef& t, std::vector<ScopeEntry>& out) {
+        if (t.kind == TableRef::Kind::Join) {
+            collectTables(*t.left, out);
+            collectTables(*t.right, out);
+        } else if (t.kind == TableRef::Kind::Table) {
+            out.push_back({t.alias.isEmpty() ? t.name : t.alias, t.name});
+        }
+    }
+    bool isDateTimeColumn(const QString& table, const QString& column) const;
+    bool isDateTimeColumn(const Expr& e) const;
+    QString valueFor(const Expr& value, bool dateTimeTarget);
+
     QString exprText(const Expr& e) const { return m_source.mid(e.start, e.end - e.start).trimmed(); }
     QString call(const Expr& e, Ctx ctx);
     QString comparison(const Expr& e);
@@ -227,16 +255,18 @@ QString Emitter::expr(const Expr& e, Ctx ctx) {
         return ctx == Ctx::Bool ? c : QStringLiteral("(-") + c + QLatin1Char(')');
     }
     case ExprKind::Between: {
+        const bool dates = isDateTimeColumn(*e.args[0]);
         const QString c = QLatin1Char('(') + expr(*e.args[0], Ctx::Value) + kNoCase +
                           (e.negated ? QStringLiteral(" NOT BETWEEN ") : QStringLiteral(" BETWEEN ")) +
-                          expr(*e.args[1], Ctx::Value) + QStringLiteral(" AND ") + expr(*e.args[2], Ctx::Value) +
+                          valueFor(*e.args[1], dates) + QStringLiteral(" AND ") + valueFor(*e.args[2], dates) +
                           QLatin1Char(')');
         return ctx == Ctx::Bool ? c : QStringLiteral("(-") + c + QLatin1Char(')');
     }
     case ExprKind::InList: {
         QStringList list;
+        const bool dates = isDateTimeColumn(*e.args[0]);
         for (size_t i = 1; i < e.args.size(); ++i)
-            list << expr(*e.args[i], Ctx::Value);
+            list << valueFor(*e.args[i], dates);
         const QString c = QLatin1Char('(') + expr(*e.args[0], Ctx::Value) + kNoCase +
                           (e.negated ? QStringLiteral(" NOT IN (") : QStringLiteral(" IN (")) +
                           list.join(QLatin1Char(',')) + QStringLiteral("))");
@@ -287,8 +317,50 @@ QString Emitter::comparison(const Expr& e) {
         return QLatin1Char('(') + expr(other, Ctx::Value) +
                (wantTrue ? QStringLiteral(" <> 0)") : QStringLiteral(" = 0)"));
     }
-    return QLatin1Char('(') + expr(left, Ctx::Value) + QLatin1Char(' ') + e.op + QLatin1Char(' ') +
-           expr(right, Ctx::Value) + kNoCase + QLatin1Char(')');
+    // A datetime column compared with a text that is a date: Jet compares dates, so the text becomes one.
+    const bool leftDate = isDateTimeColumn(left);
+    const bool rightDate = isDateTimeColumn(right);
+    return QLatin1Char('(') + valueFor(left, rightDate) + QLatin1Char(' ') + e.op + QLatin1Char(' ') +
+           valueFor(right, leftDate) + kNoCase + QLatin1Char(')');
+}
+
+bool Emitter::isDateTimeColumn(const QString& table, const QString& column) const {
+    if (!m_catalog.hasTable(table))
+        return false;
+    for (const SchemaCatalog::Column& col : m_catalog.columns(table))
+        if (col.name.compare(column, Qt::CaseInsensitive) == 0)
+            return col.declaredType.startsWith(QLatin1String("DATETIME"), Qt::CaseInsensitive) ||
+                   col.declaredType.compare(QLatin1String("DATE"), Qt::CaseInsensitive) == 0;
+    return false;
+}
+
+bool Emitter::isDateTimeColumn(const Expr& e) const {
+    if (e.kind != ExprKind::Column)
+        return false;
+    for (auto scope = m_scopes.rbegin(); scope != m_scopes.rend(); ++scope) {
+        for (const ScopeEntry& entry : *scope) {
+            if (!e.qualifier.isEmpty()) {
+                if (entry.visible.compare(e.qualifier, Qt::CaseInsensitive) == 0)
+                    return isDateTimeColumn(entry.table, e.text);
+                continue;
+            }
+            if (m_catalog.hasTable(entry.table))
+                for (const SchemaCatalog::Column& col : m_catalog.columns(entry.table))
+                    if (col.name.compare(e.text, Qt::CaseInsensitive) == 0)
+                        return isDateTimeColumn(entry.table, e.text);
+        }
+    }
+    return false;
+}
+
+// A text literal headed for a datetime column is stored and compared as the date it reads as.
+QString Emitter::valueFor(const Expr& value, bool dateTimeTarget) {
+    if (dateTimeTarget && value.kind == ExprKind::String) {
+        const QString iso = JetDateLiteralToIso(value.text);
+        if (!iso.isEmpty())
+            return quoteText(iso);
+    }
+    return expr(value, Ctx::Value);
 }
 
 QString Emitter::call(const Expr& e, Ctx ctx) {
@@ -432,6 +504,10 @@ QString Emitter::orderTerm(const OrderItem& o, const SelectCore& c) {
 }
 
 QString Emitter::coreBody(const SelectCore& c) {
+    std::vector<ScopeEntry> tables;
+    for (const TableRefPtr& t : c.from)
+        collectTables(*t, tables);
+    const ScopeGuard scope(*this, std::move(tables));
     QString sql;
     if (!c.from.empty()) {
         QStringList refs;
@@ -456,7 +532,13 @@ QString Emitter::core(const SelectCore& c, const std::vector<OrderItem>* order, 
     QString sql = QStringLiteral("SELECT ");
     if (c.distinct)
         sql += QStringLiteral("DISTINCT ");
-    sql += items(c);
+    {
+        std::vector<ScopeEntry> tables;
+        for (const TableRefPtr& t : c.from)
+            collectTables(*t, tables);
+        const ScopeGuard scope(*this, std::move(tables));
+        sql += items(c);
+    }
     const QString body = coreBody(c);
     sql += body;
     QStringList orderTerms;
@@ -620,6 +702,10 @@ SqlitePlan Emitter::crosstab(const Statement& st) {
     const SelectCore& c = st.select->cores.front();
     SqlitePlan plan;
     plan.kind = SqlitePlan::Kind::Crosstab;
+    std::vector<ScopeEntry> inScope;
+    for (const TableRefPtr& t : c.from)
+        collectTables(*t, inScope);
+    const ScopeGuard scope(*this, std::move(inScope));
     const QString pivot = expr(*st.pivot, Ctx::Value);
     const QString heading = QStringLiteral("jet_heading(") + pivot + QLatin1Char(')');
     const QString body = coreBody(c);
@@ -691,10 +777,20 @@ QString Emitter::update(const Statement& st) {
     const TableRef& target = *tables.front();
     if (target.kind != TableRef::Kind::Table)
         throw DbError(3073, QStringLiteral("Operation must use an updateable query."));
+    std::vector<ScopeEntry> inScope;
+    collectTables(*st.source, inScope);
+    const ScopeGuard scope(*this, std::move(inScope));
     QString sql = QStringLiteral("UPDATE ") + tableRef(target) + QStringLiteral(" SET ");
     QStringList sets;
-    for (const Assignment& a : st.assignments)
-        sets << quoteName(a.target->text) + QStringLiteral(" = ") + expr(*a.value, Ctx::Value);
+    for (const Assignment& a : st.assignments) {
+        QString table = target.name;
+        if (!a.target->qualifier.isEmpty())
+            for (const TableRef* t : tables)
+                if ((t->alias.isEmpty() ? t->name : t->alias).compare(a.target->qualifier, Qt::CaseInsensitive) == 0)
+                    table = t->name;
+        sets << quoteName(a.target->text) + QStringLiteral(" = ") +
+                    valueFor(*a.value, isDateTimeColumn(table, a.target->text));
+    }
     sql += sets.join(QStringLiteral(", "));
     if (tables.size() > 1) {
         QStringList others;
@@ -711,6 +807,9 @@ QString Emitter::update(const Statement& st) {
 
 QString Emitter::deleteRows(const Statement& st) {
     const TableRef& source = *st.source;
+    std::vector<ScopeEntry> inScope;
+    collectTables(source, inScope);
+    const ScopeGuard scope(*this, std::move(inScope));
     if (source.kind == TableRef::Kind::Table) {
         QString sql = QStringLiteral("DELETE FROM ") + tableRef(source);
         if (st.where)
@@ -768,9 +867,15 @@ SqlitePlan Emitter::plan(const Statement& st) {
         QStringList cols;
         for (const QString& c : st.columns)
             cols << quoteName(c);
+        QStringList targets = st.columns;
+        if (targets.isEmpty() && m_catalog.hasTable(st.table))
+            for (const SchemaCatalog::Column& col : m_catalog.columns(st.table))
+                targets << col.name;
         QStringList values;
-        for (const ExprPtr& v : st.values)
-            values << expr(*v, Ctx::Value);
+        for (size_t i = 0; i < st.values.size(); ++i) {
+            const QString target = targets.value(static_cast<qsizetype>(i));
+            values << valueFor(*st.values[i], !target.isEmpty() && isDateTimeColumn(st.table, target));
+        }
         plan.sql =
             QStringLiteral("INSERT INTO ") + quoteName(st.table) +
             (cols.isEmpty() ? QString() : QStringLiteral(" (") + cols.join(QLatin1Char(',')) + QLatin1Char(')')) +
