@@ -312,6 +312,8 @@ TEST_F(JetEmitter, DateLiterals) {
     EXPECT_EQ(column("select b.id from book as b where b.datum between '2024/11/07' and '2024/11/08 23:59:59'"),
               QStringList({"3", "4"}));
     EXPECT_EQ(column("select id from book where datum >= '2024/11/09'"), QStringList({"2"}));
+    query("UPDATE [book] SET  [book].[datum] = now WHERE id = 4");
+    EXPECT_EQ(scalar("select count(*) from book where id = 4 and datum > #2025/01/01# and datum <= now()"), "1");
     // A text date column stays text: "yyyy/MM/dd" compares as text.
     EXPECT_EQ(column("select transid from voertuig where adatum < '2024/01/16' order by transid"),
               QStringList({"1", "3"}));

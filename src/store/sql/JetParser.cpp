@@ -1094,6 +1094,13 @@ ExprPtr Parser::primary() {
             auto e = make(ExprKind::Null, start);
             return e;
         }
+        if (t.lower == QLatin1String("now") && !isSymbol("(", 1) && !isSymbol(".", 1) && !isSymbol("!", 1)) {
+            // VB lets Now stand without its parentheses ("set assignDate = now").
+            next();
+            auto e = make(ExprKind::Call, start);
+            e->text = QStringLiteral("now");
+            return e;
+        }
         if (t.lower == QLatin1String("exists")) {
             next();
             expectSymbol("(");
