@@ -84,7 +84,6 @@ void DefaultIfEmpty(QLineEdit* field, const QString& text) {
         field->setText(text);
 }
 
-
 frmVoerDet::frmVoerDet(QWidget* parent) : QDialog(parent) {
     setObjectName("frmVoerDet");
     setWindowTitle("Orvel- Vehicle Detail");
@@ -469,12 +468,12 @@ void frmVoerDet::LoadDetail() {
         if (service.isValid())
             dtpServiceDueDate->setDate(service);
 
-        txtKoop->setText(vb::CStr(rs->Field("AWaarde")));
-        txtDep->setText(vb::CStr(rs->Field("depwaarde")));
-        txtVerseker->setText(vb::CStr(rs->Field("VWaarde")));
-        txtKilo->setText(vb::CStr(rs->Field("Km")));
+        txtKoop->setText(rs->Field("AWaarde").toString());
+        txtDep->setText(rs->Field("depwaarde").toString());
+        txtVerseker->setText(rs->Field("VWaarde").toString());
+        txtKilo->setText(rs->Field("Km").toString());
         txtFoto->setText(rs->Field("Foto").toString());
-        txtFuelTankSize->setText(vb::CStr(rs->Field("FuelTankSize")));
+        txtFuelTankSize->setText(rs->Field("FuelTankSize").toString());
         txtBatterySize->setText(rs->Field("batterysize").toString());
         txtTyreSize->setText(rs->Field("TyreSize").toString());
         txtOilFilterRef->setText(rs->Field("OilFilterRef").toString());

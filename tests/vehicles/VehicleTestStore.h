@@ -14,6 +14,17 @@
 #include <functional>
 #include <gtest/gtest.h>
 
+// Readable values in failure messages.
+inline void PrintTo(const QString& text, std::ostream* os) {
+    *os << '"' << text.toStdString() << '"';
+}
+inline void PrintTo(const QStringList& list, std::ostream* os) {
+    *os << '[' << list.join("|").toStdString() << ']';
+}
+inline void PrintTo(const QDate& date, std::ostream* os) {
+    *os << date.toString("yyyy/MM/dd").toStdString();
+}
+
 class VehicleStoreTest : public ::testing::Test {
 protected:
     void SetUp() override {
