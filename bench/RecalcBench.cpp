@@ -63,7 +63,9 @@ QString OneSize(int fuelRows) {
         OpenSessionStore(s);
         generate = Seconds([&] { counts = GenerateRegister(*s.db, shape); });
     }
-    QFile::copy(fastHome.path() + "/Databases/invent.db", walkHome.path() + "/Databases/invent.db");
+    QDir(walkHome.path()).mkpath("Databases");
+    if (!QFile::copy(fastHome.path() + "/Databases/invent.db", walkHome.path() + "/Databases/invent.db"))
+        throw DbError(3024, "could not copy the generated store");
     auto fast = Database::Open(fastHome.path() + "/Databases/invent.db", false);
     auto walk = Database::Open(walkHome.path() + "/Databases/invent.db", false);
 
@@ -116,7 +118,13 @@ int main(int argc, char** argv) {
     all += "build: debug (unoptimised)\n";
 #endif
     for (int rows : sizes) {
-        const QString block = OneSize(rows);
+        QString block;
+        try {
+            block = OneSize(rows);
+        } catch (const DbError& e) {
+            std::fprintf(stderr, "error %d: %s\n", e.number(), qPrintable(e.description()));
+            return 1;
+        }
         std::printf("%s", qPrintable(block));
         std::fflush(stdout);
         all += block;
