@@ -161,6 +161,17 @@ TEST_F(WorkbookEngine, FormatCallPutsEveryPropertyInTheSavedFile) {
     EXPECT_TRUE(s->printTitles.contains("$A:$A")) << s->printTitles.toStdString();
 }
 
+TEST_F(WorkbookEngine, PageSetupPassesOverARefusedPropertyAndSetsTheRest) {
+    xlSheet->Range("a1").SetValue("x");
+    REPORT_PageSetup(xlSheet, "rows 1 and 2", "b:c", "Left", "Right", 7, "Centre");
+    EXPECT_TRUE(m_messages.shown.isEmpty());
+    const WorkbookReader book = SaveAndRead();
+    const WbSheet* s = book.sheet(0);
+    EXPECT_EQ(s->printTitles, "Sheet1!$B:$C");
+    EXPECT_EQ(s->header, "&LLeft&CCentre&RRight");
+    EXPECT_EQ(s->orientation, "portrait");
+}
+
 TEST_F(WorkbookEngine, FormattingStopsSilentlyAtTheRefusedPropertyInItsOrder) {
     // Horizontal alignment 0 is refused: value, font, size and bold are set before it, the lines after it are not.
     REPxlFmt(xlSheet, "b2", "b2", "Heading", 2, 12, true, false, false, false, false, "0.0", 1, 0, -4108, 2, 0, 40);

@@ -65,8 +65,8 @@ FlexGrid::FlexGrid(QWidget* parent) : QTableWidget(2, 2, parent) {
     ApplyFixedLook();
     // A click makes the cell current, as the grid's Row and Col report it.
     connect(this, &QTableWidget::currentCellChanged, this, [this](int row, int col, int, int) {
-        if (row < 0 || col < 0)
-            return;
+        if (row < m_fixedRows || col < m_fixedCols)
+            return; // a heading cell never becomes the current cell
         m_row = m_rowSel = row;
         m_col = m_colSel = col;
     });
