@@ -333,6 +333,9 @@ TEST_F(JetEmitter, DataChanges) {
     query(" INSERT INTO summary SELECT * FROM( select strconv(maak,3) as [tank name] ,km as [litres] from voertuig "
           "where transid = 1)");
     EXPECT_EQ(query("select id, [tank name], litres from summary").front(), QStringList({"1", "Toyota", "1000.0"}));
+    EXPECT_EQ(jetError("insert into summary select * from (select 'x' as [tank name], 1 as [km] from voerkat)"), 3127);
+    EXPECT_EQ(jetError("insert into summary ([tank nam]) values ('x')"), 3127);
+    EXPECT_EQ(scalar("select count(*) from summary"), "1");
 }
 
 TEST_F(JetEmitter, FindFirstCriteria) {

@@ -5,6 +5,8 @@
 #include "JetParser.h"
 
 #include <QHash>
+#include <algorithm>
+#include <functional>
 #include <optional>
 
 namespace jet {
@@ -844,6 +846,23 @@ QString Emitter::deleteRows(const Statement& st) {
     return sql + QLatin1Char(')');
 }
 
+// Jet names the first destination field the table lacks.
+void checkInsertTargets(const SchemaCatalog& catalog, const QString& table, const QStringList& targets) {
+    if (targets.isEmpty() || !catalog.hasTable(table))
+        return;
+    const std::vector<SchemaCatalog::Column> columns = catalog.columns(table);
+    for (const QString& target : targets) {
+        const bool known = std::any_of(columns.begin(), columns.end(), [&](const SchemaCatalog::Column& c) {
+            return c.name.compare(target, Qt::CaseInsensitive) == 0;
+        });
+        if (!known)
+            throw DbError(3127,
+                          QStringLiteral("The INSERT INTO statement contains the following unknown field name: '%1'. "
+                                         "Make sure you have typed the name correctly, and try the operation again.")
+                              .arg(target));
+    }
+}
+
 SqlitePlan Emitter::plan(const Statement& st) {
     SqlitePlan plan;
     switch (st.kind) {
@@ -867,6 +886,7 @@ SqlitePlan Emitter::plan(const Statement& st) {
         QStringList cols;
         for (const QString& c : st.columns)
             cols << quoteName(c);
+        checkInsertTargets(m_catalog, st.table, st.columns);
         QStringList targets = st.columns;
         if (targets.isEmpty() && m_catalog.hasTable(st.table))
             for (const SchemaCatalog::Column& col : m_catalog.columns(st.table))
@@ -891,6 +911,7 @@ SqlitePlan Emitter::plan(const Statement& st) {
             if (std::optional<QStringList> names = outputNames(*st.select))
                 cols = *names;
         }
+        checkInsertTargets(m_catalog, st.table, cols);
         QStringList quoted;
         for (const QString& c : cols)
             quoted << quoteName(c);
