@@ -1091,6 +1091,127 @@ std::vector<StatementCase> Cases() {
                  {"Date", "Km", "Litres"},
                  {{"2026/01/20", "5300", "30"}}});
 
+    // The remaining fuel usage reports.
+    const QString tankPiece = "  , strconv(tanks.tanknaam,3) as [Tank]";
+    const QString vehiclePiece = " ,  [voertuig].[maak]  &   '(' & [voertuig].[regnr]  & ')' as [Vehicle]";
+    const QString driverPiece = " , [drivers].[description] as [Driver]";
+    const QString activityPiece = "   , activities.description as [Activity]";
+    const QString logFromWhere =
+        Cat({"  From [vecfuel], [voertuig], [drivers], [activities], voerkat, tanks",
+             "  Where [vecfuel].[voertuigId] = [voertuig].[TransID]", " and [vecfuel].[driverid] = [drivers].[id]",
+             " and [vecfuel].[activityid] = [activities].[id]", " and vecfuel.tankid =  tanks.transid",
+             " and voerkat.transid = voertuig.catid"});
+    const QString logSheet = "select top 1 [vecfuel].[datum] as [Date]" + tankPiece + vehiclePiece + driverPiece +
+                             " , '' as [Block/Cost Centre]" + activityPiece +
+                             " ,   [vecfuel].[Litres] , [vecfuel].[kmread] as [Km/Hours Read]" +
+                             " ,'' as [Time Start],'' as [Time End]" + logFromWhere;
+    const QStringList logColumns = {"Date",     "Tank",   "Vehicle",       "Driver",     "Block/Cost Centre",
+                                    "Activity", "Litres", "Km/Hours Read", "Time Start", "Time End"};
+    c.push_back(
+        {"LogSheetHeadingsEvenWithoutFuelRows", {"delete from vecfuel"}, logSheet, Expect::Rows, logColumns, {}});
+    c.push_back(
+        {"LogSheetGivesOneRow",
+         {"delete from vecfuel where transid <> 4"},
+         logSheet,
+         Expect::Rows,
+         logColumns,
+         {{"2026/02/10", "Diesel Tank", "JOHN DEERE(JD1)", "PIET POMPIES", "", "town trips", "60", "120", "", ""}}});
+    c.push_back(
+        {"PumpReadingsOfAPeriod",
+         {"update vecfuel set pumpreadprev = 9000, pumpreadcurr = 9050 where transid = 1"},
+         "select [vecfuel].[datum] as [Date]" + tankPiece + " ,strconv(voerkat.desc,3) as [Category]" + vehiclePiece +
+             driverPiece + activityPiece + " ,   [vecfuel].[litres] " + " , pumpreadprev as [Pump Reading Before]" +
+             " ,pumpreadcurr as [Pump Reading After]" + logFromWhere + " and [VecFuel].datum between  '2026/01/01'" +
+             " and  '2026/01/31'" + " and  kmread > 0" + FuelUsageVehicles("1,2") + " order by [VecFuel].[Datum]",
+         Expect::Rows,
+         {"Date", "Tank", "Category", "Vehicle", "Driver", "Activity", "litres", "Pump Reading Before",
+          "Pump Reading After"},
+         {{"2026/01/05", "Diesel Tank", "Bakkies", "toyota(ABC123)", "PIET POMPIES", "farming", "50", "9000", "9050"},
+          {"2026/01/20", "Diesel Tank", "Bakkies", "isuzu(XYZ789)", "PIET POMPIES", "farming", "30", "<Null>",
+           "<Null>"}}});
+    const QString detailedUsage =
+        "select [vecfuel].[datum] as [Date]\n" + tankPiece + "\n" + " ,strconv(voerkat.desc,3) as [Category]\n" +
+        vehiclePiece + "\n" + driverPiece + "\n" + activityPiece + "\n" +
+        " ,   [vecfuel].[litres] , [vecfuel].[kmread] as [Km/Hours Read]\n" +
+        " , [vecfuel].[previouskmread] as [Prev Km]\n" +
+        " , [vecfuel].[kmread] - [vecfuel].[previouskmread] as [Km]\n" +
+        " , ([vecfuel].[kmread] - [vecfuel].[previouskmread]) / [vecfuel].[litres] as [Km/l]\n" +
+        " , ( [vecfuel].[litres] /  ([vecfuel].[kmread] - [vecfuel].[previouskmread]))*100 as [L/100 Km]\n" +
+        " ,vecfuel.rperl as [Cost/Litre]\n" +
+        " ,([vecfuel].[litres]*rperl)/([vecfuel].[kmread] - [vecfuel].[previouskmread]) as [Cost/Km]\n" + logFromWhere +
+        "\n" + " and [VecFuel].datum between  '2026/01/01'" + " and  '2026/01/31'\n" + " and  kmread> 0\n" +
+        FuelUsageVehicles("1") + "\n" + " order by [VecFuel].[Datum]\n";
+    c.push_back({"DetailedUsageFigures",
+                 {},
+                 detailedUsage,
+                 Expect::Rows,
+                 {"Date", "Tank", "Category", "Vehicle", "Driver", "Activity", "litres", "Km/Hours Read", "Prev Km",
+                  "Km", "Km/l", "L/100 Km", "Cost/Litre", "Cost/Km"},
+                 {{"2026/01/05", "Diesel Tank", "Bakkies", "toyota(ABC123)", "PIET POMPIES", "farming", "50", "1100",
+                   "1000", "100", "2", "50", "20", "10"}}});
+    c.push_back({"DetailedUsageZeroDistanceFails",
+                 {"update vecfuel set previouskmread = kmread where transid = 1"},
+                 detailedUsage,
+                 Expect::Fails,
+                 {},
+                 {}});
+    c.push_back({"LitresPerDriver",
+                 {},
+                 "Select  strconv([drivers].[Description],3) as [Driver] ,  sum( [vecfuel].[litres]) as [Total]   " +
+                     QString(" from  [drivers],[vecfuel],voertuig") + " where [drivers].[id] = [vecfuel].[driverid]" +
+                     " and  vecfuel.voertuigid = voertuig.transid " + FuelUsageDates("2026/01/01", "2026/02/28") +
+                     FuelUsageVehicles("1,3") + " group by [drivers].[description]",
+                 Expect::Rows,
+                 {"Driver", "Total"},
+                 {{"Piet Pompies", "175"}}});
+    c.push_back({"LitresPerActivityAndVehicleInCaptureOrder",
+                 {},
+                 "SELECT [VecFuel].[Datum] as [Date] ,  strconv([drivers].[description],3) as [Driver]" +
+                     QString(" ,  strconv([Voertuig].[Maak]  &   '(' & [Voertuig].[RegNR]  & ')',3) as [Vehicle]") +
+                     " , strconv(activities.description,3) as [Activity]" + " ,   [VecFuel].[Litres]" +
+                     " , [VecFuel].[KmRead] as [Odometer]" + " From [VecFuel], [Voertuig], [drivers], [activities]" +
+                     " Where [VecFuel].[voertuigId] = [Voertuig].[TransID]" +
+                     " AND [VecFuel].[driverid] = [drivers].[id]" + " AND [VecFuel].[activityid] = [activities].[id]" +
+                     FuelUsageDates("2025/01/01", "2026/01/31") + FuelUsageVehicles("1") + "  order by vecfuel.transid",
+                 Expect::Rows,
+                 {"Date", "Driver", "Vehicle", "Activity", "Litres", "Odometer"},
+                 {{"2026/01/05", "Piet Pompies", "Toyota(Abc123)", "Farming", "50", "1100"},
+                  {"2025/01/07", "Piet Pompies", "Toyota(Abc123)", "Farming", "10", "900"}}});
+    c.push_back({"LitresPerDriverAndVehicleByDate",
+                 {},
+                 "Select  [VecFuel].[Datum] as [Date]" + vehiclePiece +
+                     " ,[drivers].[Description],    [vecfuel].[Litres] " + " from  [drivers],[vecfuel],voertuig" +
+                     " where [drivers].[id] = [vecfuel].[driverid]" + " and  vecfuel.voertuigid = voertuig.transid " +
+                     FuelUsageDates("2026/02/01", "2026/02/28") + FuelUsageVehicles("1,2,3") +
+                     " order by [VecFuel].[Datum]",
+                 Expect::Rows,
+                 {"Date", "Vehicle", "Description", "Litres"},
+                 {{"2026/02/03", "toyota(ABC123)", "PIET POMPIES", "40"},
+                  {"2026/02/10", "JOHN DEERE(JD1)", "PIET POMPIES", "60"},
+                  {"2026/02/11", "toyota(ABC123)", "PIET POMPIES", "25"}}});
+    c.push_back({"RebateSettingsByPosition",
+                 {"create table rebate (rebaterate single, rebateSars single)",
+                  "insert into rebate (rebaterate,rebatesars) values (349,80)"},
+                 "SELECT  [rebaterate],rebatesars FROM [rebate]",
+                 Expect::Rows,
+                 {"rebaterate", "rebatesars"},
+                 {{"349", "80"}}});
+
+    // Equipment stock take: the ledger row written with # dates and the printed list with its empty on-hand.
+    c.push_back(
+        {"StockTakeLedgerRowAndPrintedList",
+         {Cat({"insert into equipmenttrans (", "[sortdate],[trdate],[equipid]",
+               ",[actionId],[trDesc],[trQty],[trAmount],[trunitcost],trclosed,stocktakeid", ") VALUES ( ",
+               "#03-05-2026 00:00:00#,#03-05-2026 00:00:00#,1,4,'Difference',-2,-240,120,0,1)"})},
+         Cat({"select  strconv(b.[desc],3),",
+              "  trstockqty as [on hand],trstockqty+trqty,a.trqty as [diff],trunitcost, round((trstockqty+trqty) "
+              "* trunitcost,2) as [value],a.trdesc as [reason]",
+              " from ([equipmenttrans] as a  inner join toerinv as b on b.iid = a.equipid)", " where actionid = 4 ",
+              " and stocktakeid = ", "1", " order by [desc]"}),
+         Expect::Rows,
+         {},
+         {{"Spade", "<Null>", "<Null>", "-2", "120", "<Null>", "Difference"}}});
+
     // The start-up repairs: statements that must fail as they do on the old engine, and an empty table made by
     // select into from a derived table.
     c.push_back(
