@@ -122,7 +122,7 @@ void DatabaseImpl::exec(const QString& sql) const {
     }
 }
 
-ResultSet DatabaseImpl::readAll(const QString& sql, bool withRowid) const {
+ResultSet DatabaseImpl::readAll(const QString& sql, bool withRowid, const QStringList& typeHints) const {
     Statement s = prepare(sql);
     ResultSet r;
     const int count = sqlite3_column_count(s);
@@ -141,7 +141,10 @@ ResultSet DatabaseImpl::readAll(const QString& sql, bool withRowid) const {
             sqlite3_table_column_metadata(m_db, nullptr, table, origin, nullptr, nullptr, nullptr, &pk, nullptr);
             key = pk != 0;
         }
-        r.types.push_back(decl ? JetTypeFromDeclared(QString::fromUtf8(decl), key) : JetType{});
+        const QString hint = typeHints.value(c - first);
+        r.types.push_back(decl             ? JetTypeFromDeclared(QString::fromUtf8(decl), key)
+                          : hint.isEmpty() ? JetType{}
+                                           : JetTypeFromWord(hint));
     }
     const int fields = count - first;
     int rc;

@@ -61,8 +61,9 @@ public:
     [[noreturn]] void fail(int rc, const QString& context = QString()) const;
 
     // Runs a query and reads every row. When withRowid is set, the first result column is the base
-    // table's rowid and goes to rowids instead of the rows.
-    ResultSet readAll(const QString& sql, bool withRowid = false) const;
+    // table's rowid and goes to rowids instead of the rows. typeHints give the Jet type words of result
+    // columns that SQLite declares no type for (an expression whose type the statement fixes).
+    ResultSet readAll(const QString& sql, bool withRowid = false, const QStringList& typeHints = {}) const;
 
     // The table as stored, or DbError: 3078 for a query's source, 3376 for a definition's target.
     QString requireTable(const QString& table, int number = 3078) const;

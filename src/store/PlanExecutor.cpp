@@ -198,6 +198,8 @@ void selectInto(DatabaseImpl& impl, const SqlitePlan& plan) {
                 if (info.type.kind == JetKind::Counter)
                     info.type = {JetKind::Long, 0};
             }
+            if (info.type.kind == JetKind::Unknown && !plan.columnTypes.value(c).isEmpty())
+                info.type = JetTypeFromWord(plan.columnTypes.value(c));
             if (info.type.kind == JetKind::Unknown)
                 unknown.push_back(c);
             columns.push_back(info);
@@ -530,8 +532,8 @@ ResultSet QueryPlan(DatabaseImpl& impl, const SqlitePlan& plan, bool withRowid, 
         if (!sql.isEmpty()) {
             if (updatableTable)
                 *updatableTable = table;
-            return impl.readAll(sql, true);
+            return impl.readAll(sql, true, plan.columnTypes);
         }
     }
-    return impl.readAll(plan.sql);
+    return impl.readAll(plan.sql, false, plan.columnTypes);
 }
