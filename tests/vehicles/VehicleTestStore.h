@@ -2,11 +2,13 @@
 // A fresh store in a temporary home with a few categories and vehicles, and a scripted message service.
 
 #include "Database.h"
+#include "HomeFolder.h"
 #include "QueryHelpers.h"
 #include "ScriptedMessageService.h"
 #include "Session.h"
 #include "StoreStartup.h"
 #include "TempHome.h"
+#include "WorkbookReader.h"
 
 #include <QApplication>
 #include <QTimer>
@@ -15,9 +17,6 @@
 #include <gtest/gtest.h>
 
 // Readable values in failure messages.
-inline void PrintTo(const QString& text, std::ostream* os) {
-    *os << '"' << text.toStdString() << '"';
-}
 inline void PrintTo(const QStringList& list, std::ostream* os) {
     *os << '[' << list.join("|").toStdString() << ']';
 }
@@ -29,6 +28,7 @@ class VehicleStoreTest : public ::testing::Test {
 protected:
     void SetUp() override {
         m_session.home = m_home.path();
+        SetHomeFolder(m_home.path());
         SetCurrentSession(&m_session);
         OpenSessionStore(m_session);
         RunSchemaSteps(*m_session.db);
