@@ -133,6 +133,21 @@ TEST_F(JetEmitter, TextComparesCaseBlind) {
     EXPECT_EQ(column("select transid from voerkat order by [desc] & '' desc"), QStringList({"2", "1"}));
 }
 
+TEST_F(JetEmitter, DistinctAndUnionAreCaseBlind) {
+    EXPECT_EQ(query("select distinct maak & '' from voertuig").size(), 2u);
+    EXPECT_EQ(query("select maak & '' from voertuig where transid = 1 union select maak & '' from voertuig where "
+                    "transid = 2")
+                  .size(),
+              1u);
+    EXPECT_EQ(query("select maak & '' from voertuig where transid = 1 union all select maak & '' from voertuig where "
+                    "transid = 2")
+                  .size(),
+              2u);
+    const QStringList one = column("select regnr from voertuig where transid = 1 union select 'abc123' from voerkat");
+    ASSERT_EQ(one.size(), 1);
+    EXPECT_EQ(one.front().toUpper(), "ABC123");
+}
+
 TEST_F(JetEmitter, ConcatenationAndPlus) {
     EXPECT_EQ(scalar("select maak & '(' & regnr & ')' from voertuig where transid = 3"), "Nissan()");
     EXPECT_EQ(scalar("select maak + regnr from voertuig where transid = 3"), "<null>");

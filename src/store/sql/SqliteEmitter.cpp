@@ -160,7 +160,8 @@ private:
     QString select(const Select& s);
     QString core(const SelectCore& c, const std::vector<OrderItem>* order, bool inCompound);
     QString coreBody(const SelectCore& c); // from ... having
-    QString items(const SelectCore& c);
+    QString items(const SelectCore& c, bool caseBlind = false);
+    bool m_unionDistinct = false; // the cores being emitted are joined by a plain union
     QString tableRef(const TableRef& t);
     QString groupTerm(const Expr& e);
     QString orderTerm(const OrderItem& o, const SelectCore& c);
@@ -453,11 +454,15 @@ QString Emitter::tableRef(const TableRef& t) {
     return {};
 }
 
-QString Emitter::items(const SelectCore& c) {
+// With caseBlind (distinct, union), expressions compare case-blind as text columns do.
+QString Emitter::items(const SelectCore& c, bool caseBlind) {
     QStringList list;
     int exprNumber = 1000;
     for (const SelectItem& item : c.items) {
         QString text = expr(*item.expr, Ctx::Value);
+        if (caseBlind && item.expr->kind != ExprKind::Column && item.expr->kind != ExprKind::Star &&
+            !isConstant(*item.expr))
+            text += kNoCase;
         if (!item.alias.isEmpty()) {
             text += QStringLiteral(" AS ") + quoteName(item.alias);
         } else if (item.expr->kind != ExprKind::Column && item.expr->kind != ExprKind::Star) {
@@ -539,7 +544,7 @@ QString Emitter::core(const SelectCore& c, const std::vector<OrderItem>* order, 
         for (const TableRefPtr& t : c.from)
             collectTables(*t, tables);
         const ScopeGuard scope(*this, std::move(tables));
-        sql += items(c);
+        sql += items(c, c.distinct || (inCompound && m_unionDistinct));
     }
     const QString body = coreBody(c);
     sql += body;
@@ -588,11 +593,14 @@ QString Emitter::select(const Select& s) {
     if (s.cores.size() == 1)
         return core(s.cores.front(), &s.orderBy, false);
     QString sql;
+    const bool savedUnionDistinct = m_unionDistinct;
+    m_unionDistinct = std::any_of(s.unionAll.begin(), s.unionAll.end(), [](bool all) { return !all; });
     for (size_t i = 0; i < s.cores.size(); ++i) {
         if (i > 0)
             sql += s.unionAll[i - 1] ? QStringLiteral(" UNION ALL ") : QStringLiteral(" UNION ");
         sql += core(s.cores[i], nullptr, true);
     }
+    m_unionDistinct = savedUnionDistinct;
     if (!s.orderBy.empty()) {
         QStringList terms;
         for (const OrderItem& o : s.orderBy) {
