@@ -1212,6 +1212,93 @@ std::vector<StatementCase> Cases() {
          {},
          {{"Spade", "<Null>", "<Null>", "-2", "120", "<Null>", "Difference"}}});
 
+    // Equipment book-in: dates spliced as quoted text into datetime columns, the new id, the closing update.
+    const QString bookIn = Cat({"insert into equipmenttrans (", "[sortdate],[trdate],[equipid]",
+                                ",[actionId],[trDesc],[trQty],[trAmount],trclosed,stocktakeid", ") VALUES ( ",
+                                "'2026/03/05 10:00:00','2026/03/05 10:00:00',1,1,'piet',3,0,0,0)"});
+    c.push_back({"BookInNewIdIsTheHighest", {bookIn}, "select max(id) from equipmenttrans", Expect::Rows, {}, {{"6"}}});
+    c.push_back({"BookInClosesTheBookOutAndItsBookIns",
+                 {bookIn, Cat({"update equipmenttrans set bookoutid= ", "2", " where id = ", "6"}),
+                  Cat({"update [ToerInv] set", " hoeveel = hoeveel + ", "3", " where iid = ", "1"}),
+                  Cat({"update equipmenttrans set trclosed= true", " where id = ", "2", " or bookoutid = ", "2"})},
+                 "select id, trdate, trclosed from equipmenttrans where id = 2 or bookoutid = 2 order by id",
+                 Expect::Rows,
+                 {},
+                 {{"2", "2026/02/03 10:30:00", "True"},
+                  {"3", "2026/02/20 08:00:00", "True"},
+                  {"6", "2026/03/05 10:00:00", "True"}}});
+    c.push_back({"BookInDateComparesAsADate",
+                 {bookIn},
+                 "select count(*) from equipmenttrans where trdate between #03-05-2026 00:00:00# and "
+                 "#03-05-2026 23:59:59# and sortdate > #03-04-2026#",
+                 Expect::Rows,
+                 {},
+                 {{"1"}}});
+    c.push_back({"StockAfterBookIn",
+                 {Cat({"update [ToerInv] set", " hoeveel = hoeveel + ", "-2.5", " where iid = ", "1"})},
+                 Cat({" SELECT [IID] , toerkat.desc as [category], toerinv.[Desc] as [item], [Hoeveel], [KItem] ",
+                      " FROM [ToerInv] ", " inner join toerkat on toerkat.tid = toerinv.tid",
+                      " ORDER BY toerkat.desc,toerinv.[desc]"}),
+                 Expect::Rows,
+                 {"IID", "category", "item", "Hoeveel", "KItem"},
+                 {{"1", "HAND TOOLS", "SPADE", "2.5", "120"}}});
+    c.push_back({"FirstLedgerDateOfAnItem",
+                 {},
+                 "SELECT min(trdate) From [EquipmentTrans] where equipid = 1",
+                 Expect::Rows,
+                 {},
+                 {{"2026/01/10 09:00:00"}}});
+    c.push_back({"CategoryDeleteTakesLedgerThroughSubquery",
+                 {Cat({"delete from equipmenttrans ", " where equipid in ",
+                       " (select iid from toerinv where tid= ", "1", ") "}),
+                  "delete from toerinv where tid = 1", "delete from toerkat where tid = 1"},
+                 "select (select count(*) from equipmenttrans) + (select count(*) from toerinv) as n from tanks "
+                 "where transid = 1",
+                 Expect::Rows,
+                 {},
+                 {{"0"}}});
+    c.push_back(
+        {"ItemTransactionsBesidesOpening",
+         {},
+         Cat({"select count(*) as howmany from equipmenttrans", "  where equipid = ", "1", "  and actionid <> 0"}),
+         Expect::Rows,
+         {"howmany"},
+         {{"5"}}});
+
+    // Tank stock take screen, owner and closing date.
+    c.push_back(
+        {"StockTakeRowForEditing",
+         {},
+         Cat({"SELECT tankid,[Datum],[Tank],[LitersInTank],[LiterLesing],[Verlore],[Rvalue],[Rede]FROM [TankStock]",
+              " where transid = ", "2"}),
+         Expect::Rows,
+         {"tankid", "Datum", "Tank", "LitersInTank", "LiterLesing", "Verlore", "Rvalue", "Rede"},
+         {{"1", "2026/01/25", "diesel tank", "<Null>", "<Null>", "5.00", "<Null>", "<Null>"}}});
+    c.push_back({"StockTakeDeleteAndTankCount",
+                 {"delete FROM [TankStock] where transid =  2",
+                  Cat({"UPDATE Tanks Set HuidigeVolume = '", "480", "' WHERE TransID = ", "1"})},
+                 "SELECT * FROM Tanks WHERE TankNaam = 'Diesel Tank'",
+                 Expect::Rows,
+                 {"TransID", "TankNaam", "HuidigeVolume", "PumpReading"},
+                 {{"1", "DIESEL TANK", "480", "10000"}}});
+    c.push_back({"OwnerAndClosingDate",
+                 {"create table owner (OID long, Name text(50), Tel text(20))",
+                  "insert into owner (OID,Name) values (1,'quillmere data')",
+                  "create table tblTeDate (TeDateID short, TeDate datetime)",
+                  "insert into tblTeDate (TeDateID,TeDate) values (2,#01-31-2026#)"},
+                 "Select top 1 * from owner , tblTeDate where TeDateID=2",
+                 Expect::Rows,
+                 {"OID", "Name", "Tel", "TeDateID", "TeDate"},
+                 {{"1", "quillmere data", "<Null>", "2", "2026/01/31"}}});
+    c.push_back({"RebateSettingsSaved",
+                 {"create table rebate (rebaterate single, rebateSars single)",
+                  "insert into rebate (rebaterate,rebatesars) values (349,80)",
+                  Cat({"update rebate set rebaterate = ", "389", ",rebatesars = ", "75"})},
+                 "SELECT  [rebaterate] FROM [rebate]",
+                 Expect::Rows,
+                 {},
+                 {{"389"}}});
+
     // The start-up repairs: statements that must fail as they do on the old engine, and an empty table made by
     // select into from a derived table.
     c.push_back(
