@@ -315,8 +315,10 @@ QString AmPmText(const QString& marker, bool pm) {
 }
 
 QString FormatDate(const QDateTime& value, const QString& pattern) {
-    const std::vector<DateToken> tokens = DateTokens(pattern);
     const QDate date = value.date();
+    if (!date.isValid())
+        return QString(); // nothing to show, and no month or weekday name to look up
+    const std::vector<DateToken> tokens = DateTokens(pattern);
     const QTime time = value.time().isValid() ? value.time() : QTime(0, 0);
     QString amPmMarker;
     for (const DateToken& t : tokens) {

@@ -126,4 +126,5 @@ TEST(FormatDate, OtherTypesAsDates) {
     EXPECT_EQ(F(QString("not a date"), "yyyy/mm/dd"), "not a date");
     EXPECT_EQ(F(At(2024, 2, 29), "yyyy/mm/dd"), "2024/02/29");
     EXPECT_EQ(F(At(2026, 1, 1), "###0.00"), "46023.00"); // a date under a number pattern is its serial
+    EXPECT_EQ(F(QDateTime(), "dddd mmmm yyyy"), "");
 }
