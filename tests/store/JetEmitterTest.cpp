@@ -311,6 +311,38 @@ TEST_F(JetEmitter, CrosstabWithConstantGroup) {
                     .empty());
 }
 
+TEST_F(JetEmitter, CrosstabFixedHeadingsAndCounts) {
+    Rows rows = query("transform sum(km) select catid from voertuig group by catid pivot maak in ('Nissan','Toyota',"
+                      "'Ford')");
+    EXPECT_EQ(m_names, QStringList({"CatID", "Nissan", "Toyota", "Ford"}));
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(rows[0], QStringList({"1", "<null>", "3000.0", "<null>"}));
+    EXPECT_EQ(rows[1], QStringList({"2", "<null>", "<null>", "<null>"})); // Nissan's km is Null
+    rows = query("transform count(*) select catid, count(*) as [All] from voertuig group by catid pivot maak");
+    ASSERT_EQ(m_names.size(), 4);
+    EXPECT_EQ(m_names[2], "Nissan");
+    EXPECT_EQ(m_names[3].toLower(), "toyota"); // both spellings make one column
+    EXPECT_EQ(rows[0], QStringList({"1", "2", "<null>", "2"}));
+    EXPECT_EQ(rows[1], QStringList({"2", "1", "1", "<null>"})); // an empty cell is Null, also for a count
+}
+
+TEST_F(JetEmitter, OrderTopAndChangesThroughJoins) {
+    // Jet sorts by the table's column where an output column carries the same name.
+    EXPECT_EQ(column("select -transid as transid from voerkat order by transid"), QStringList({"-1", "-2"}));
+    EXPECT_EQ(column("select top 1 maak & regnr as v from voertuig order by v desc"), QStringList({"toyotaXYZ999"}));
+    EXPECT_EQ(column("select top 50 percent transid from voertuig order by transid"), QStringList({"1", "2"}));
+    EXPECT_EQ(column("select transid as n from voerkat union all select catid from voertuig order by n desc"),
+              QStringList({"2", "2", "1", "1", "1"}));
+    query("update voertuig as v inner join voerkat as k on k.transid = v.catid set v.km = 5 where k.[desc] = "
+          "'bakkies'");
+    EXPECT_EQ(column("select km from voertuig where km = 5"), QStringList({"5.0", "5.0"}));
+    query("delete voertuig.* from voertuig inner join voerkat on voerkat.transid = voertuig.catid where "
+          "voerkat.[desc] = 'TRUCKS'");
+    EXPECT_EQ(column("select transid from voertuig order by transid"), QStringList({"1", "2"}));
+    query("insert into voertuig (transid, rebated) values (9, True)");
+    EXPECT_EQ(scalar("select rebated from voertuig where transid = 9"), "-1");
+}
+
 TEST_F(JetEmitter, DateLiterals) {
     raw("CREATE TABLE book (id INTEGER, datum DATETIME)");
     raw("INSERT INTO book VALUES (1, '2024-11-05 10:00:00'), (2, '2024-11-06 00:00:00')");

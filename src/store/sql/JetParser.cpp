@@ -595,7 +595,10 @@ void Parser::transform(Statement& st) {
     m_part = Part::Select;
     if (!acceptWord("pivot"))
         throw DbError(3130, QStringLiteral("Syntax error in TRANSFORM statement."));
-    st.pivot = expression();
+    // The pivot is read above the comparisons, so that "pivot x in (...)" keeps its heading list.
+    m_part = Part::Expression;
+    m_exprStart = peek().start;
+    st.pivot = concatExpr();
     m_part = Part::Select;
     if (acceptWord("in")) {
         expectSymbol("(");

@@ -397,8 +397,10 @@ QString Emitter::call(const Expr& e, Ctx ctx) {
         if (name != QLatin1String("count"))
             throw DbError(3075,
                           QStringLiteral("Syntax error (missing operator) in query expression '%1'.").arg(exprText(e)));
-        return m_inPivotCell ? QStringLiteral("count(CASE WHEN ") + kPivotMark + QStringLiteral(" THEN 1 END)")
-                             : QStringLiteral("count(*)");
+        // In a crosstab cell, a count over no rows is an empty (Null) cell.
+        return m_inPivotCell
+                   ? QStringLiteral("nullif(count(CASE WHEN ") + kPivotMark + QStringLiteral(" THEN 1 END), 0)")
+                   : QStringLiteral("count(*)");
     }
     const auto found = functionMappings().constFind(name);
     if (found == functionMappings().constEnd())
