@@ -1299,6 +1299,51 @@ std::vector<StatementCase> Cases() {
                  {},
                  {{"389"}}});
 
+    // Report screen: the data repair before consumption figures, category lists, range bounds, room stock.
+    c.push_back({"ConsumptionDataRepair",
+                 {"update vecfuel set previouskmread = 1100, litres = 0 where transid = 1",
+                  " update vecfuel set previouskmread = 0 where previouskmread is null",
+                  " update vecfuel set kmread = 0 where kmread is null",
+                  " update vecfuel set previouskmread = cstr(cdbl(previouskmread)+1) where cdbl(kmread)- "
+                  "cdbl(previouskmread) = 0",
+                  " update vecfuel set litres = 1 where litres = 0"},
+                 "select transid, kmread - previouskmread, litres from vecfuel where transid in (1,2) order by transid",
+                 Expect::Rows,
+                 {},
+                 {{"1", "-1", "1"}, {"2", "300", "30"}}});
+    const QString categoriesWithVehicles =
+        Cat({"select distinct k.transid", " , k.desc from voerkat as k ",
+             " left join voertuig t on t.catid = k.transid", " where Maak Is Not Null"});
+    c.push_back({"CategoriesWithHourVehicles",
+                 {},
+                 categoriesWithVehicles + " and k.Hours = true " + " ORDER BY  [desc]",
+                 Expect::Rows,
+                 {"transid", "desc"},
+                 {{"3", "TRACTORS"}}});
+    c.push_back({"CategoriesWithKilometreVehicles",
+                 {},
+                 categoriesWithVehicles + " and k.Hours = false " + " ORDER BY  [desc]",
+                 Expect::Rows,
+                 {},
+                 {{"1", "BAKKIES"}}});
+    c.push_back({"RangeBoundsOfPurchasesAndServices",
+                 {},
+                 "select (select min(adatum) from voertuig) as a, (select max(vdiens_allocated.Date) from "
+                 "vdiens_allocated) as b from tanks where transid = 1",
+                 Expect::Rows,
+                 {},
+                 {{"2022/03/10", "2026/02/15"}}});
+    c.push_back({"RoomStockItemWithItsRoom",
+                 {"create table kamer (KID long, [Desc] text(50))", "insert into kamer values (2,'STORE ROOM')",
+                  "create table voorinv (IID long, VID long, KID long, [Desc] text(50), Hoeveel double, Datum text(10),"
+                  " kwaarde double, VWaarde double, verwys text(50))",
+                  "insert into voorinv values (1,1,2,'chairs',12,'2025/06/30',150,1800,'PO 7')"},
+                 Cat({"Select voorinv.desc as Temp, datum, hoeveel, kwaarde, vwaarde, verwys, kamer.desc as KTemp",
+                      " from voorinv, kamer where iid = ", "1", " and voorinv.kid = kamer.kid"}),
+                 Expect::Rows,
+                 {"Temp", "datum", "hoeveel", "kwaarde", "vwaarde", "verwys", "KTemp"},
+                 {{"chairs", "2025/06/30", "12", "150", "1800", "PO 7", "STORE ROOM"}}});
+
     // The start-up repairs: statements that must fail as they do on the old engine, and an empty table made by
     // select into from a derived table.
     c.push_back(
