@@ -513,3 +513,19 @@ TEST(UpgradeOlderShape, MatchesThePreviousGenerationsFile) {
     }
     EXPECT_EQ(compared, static_cast<int>(OlderTables().size())); // the file has every older table
 }
+
+TEST(UpgradeNewStore, TablesMadeFromTheRoomTableNumberTheirRows) {
+    NewHome h;
+    OpenSessionStore(h.session);
+    StartUp(h.db());
+    for (const QString table : {"drivers", "activities", "departments"}) {
+        h.db().Execute("insert into " + table + " (description,issys) values ('System',1)");
+        h.db().Execute("insert into " + table + " (description) values ('Second')");
+        EXPECT_EQ(CollectionFromQuery(h.db(), "select id from " + table + " order by id", 0, false),
+                  QStringList({"1", "2"}))
+            << qPrintable(table);
+        EXPECT_EQ(Scalar(h.db(), "select issys from " + table + " where id = 2"), "False");
+    }
+    h.db().Execute("insert into pdp (surname) values ('Dlamini')");
+    EXPECT_EQ(Scalar(h.db(), "select pdpid from pdp"), "1");
+}
