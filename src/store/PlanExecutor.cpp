@@ -302,18 +302,32 @@ QString rowidQuery(DatabaseImpl& impl, const QString& sql, QString* table) {
     }
     if (origin.isEmpty())
         return QString();
-    const QString withRowid = sql.left(m.capturedEnd()) + "rowid AS orvel_rowid_, " + sql.mid(m.capturedEnd());
-    sqlite3_stmt* probe = nullptr;
-    const int rc = sqlite3_prepare_v2(impl.db(), withRowid.toUtf8().constData(), -1, &probe, nullptr);
-    Statement owned(probe);
-    if (rc != SQLITE_OK || sqlite3_column_count(probe) < 1 ||
-        QString::fromUtf8(sqlite3_column_name(probe, 0)) != "orvel_rowid_")
-        return QString();
-    const char* first = sqlite3_column_table_name(probe, 0);
-    if (!first || origin.compare(QString::fromUtf8(first), Qt::CaseInsensitive) != 0)
-        return QString();
-    *table = origin;
-    return withRowid;
+    // Plain rowid serves a single table; a join or an alias needs it qualified.
+    QStringList qualifiers = {QString(), QuoteName(origin) + "."};
+    const QRegularExpression aliasOf(
+        QString(R"((?:FROM|JOIN)\s+(?:"%1"|\[%1\]|%1)\s+(?:AS\s+)?(\[[^\]]+\]|"[^"]+"|[A-Za-z_]\w*))")
+            .arg(QRegularExpression::escape(origin)),
+        QRegularExpression::CaseInsensitiveOption);
+    static const QStringList keywords = {"where", "inner", "left",  "right", "join",    "on",    "order",
+                                         "group", "union", "limit", "cross", "natural", "outer", "having"};
+    if (const auto a = aliasOf.match(sql); a.hasMatch() && !keywords.contains(a.captured(1).toLower()))
+        qualifiers << a.captured(1) + ".";
+    for (const QString& qualifier : qualifiers) {
+        const QString withRowid =
+            sql.left(m.capturedEnd()) + qualifier + "rowid AS orvel_rowid_, " + sql.mid(m.capturedEnd());
+        sqlite3_stmt* probe = nullptr;
+        const int rc = sqlite3_prepare_v2(impl.db(), withRowid.toUtf8().constData(), -1, &probe, nullptr);
+        Statement owned(probe);
+        if (rc != SQLITE_OK || sqlite3_column_count(probe) < 1 ||
+            QString::fromUtf8(sqlite3_column_name(probe, 0)) != "orvel_rowid_")
+            continue;
+        const char* first = sqlite3_column_table_name(probe, 0);
+        if (!first || origin.compare(QString::fromUtf8(first), Qt::CaseInsensitive) != 0)
+            continue;
+        *table = origin;
+        return withRowid;
+    }
+    return QString();
 }
 
 } // namespace

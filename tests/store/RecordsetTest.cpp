@@ -192,7 +192,7 @@ TEST_F(RecordsetTest, FindFirstAndFindNextWithJetCriteria) {
     EXPECT_EQ(rs->Field("TankNaam"), Value("Paraffin"));
 }
 
-TEST_F(RecordsetTest, DynasetWritesBackSnapshotAndJoinsDoNot) {
+TEST_F(RecordsetTest, DynasetWritesBackSnapshotAndGroupsDoNot) {
     auto dyn = db->OpenRecordset("Select * from Tanks where TransID = 2", RecordsetType::Dynaset);
     dyn->Edit();
     dyn->SetField("TankNaam", "Petrol 95");
@@ -213,4 +213,23 @@ TEST_F(RecordsetTest, DynasetWritesBackSnapshotAndJoinsDoNot) {
     EXPECT_EQ(errorOf([&] { db->OpenRecordset("select * from nosuch"); }), 3078);
     EXPECT_EQ(errorOf([&] { db->OpenRecordset("delete * from Tanks"); }), 3219);
     EXPECT_EQ(raw("SELECT count(*) FROM Tanks"), "4");
+}
+
+TEST_F(RecordsetTest, DynasetOverOneTableOfAJoinWritesThatTable) {
+    db->CreateTableDef("FuelPurchase", {{"TransID", "counter", 0}, {"TankID", "long", 0}, {"Liter", "text", 20}});
+    db->Execute("insert into FuelPurchase (TankID, Liter) values (1, '100.00')");
+    db->Execute("insert into FuelPurchase (TankID, Liter) values (2, '50.00')");
+    auto rs = db->OpenRecordset("select p.* from FuelPurchase as p inner join Tanks on p.TankID = Tanks.TransID "
+                                "where Tanks.TankNaam = 'petrol'",
+                                RecordsetType::Dynaset);
+    ASSERT_FALSE(rs->Eof());
+    rs->Edit();
+    rs->SetField("Liter", "55.00");
+    rs->Update();
+    EXPECT_EQ(raw("SELECT group_concat(Liter) FROM FuelPurchase ORDER BY TransID"), "100.00,55.00");
+
+    auto both = db->OpenRecordset("select FuelPurchase.Liter, Tanks.TankNaam from FuelPurchase inner join Tanks on "
+                                  "FuelPurchase.TankID = Tanks.TransID",
+                                  RecordsetType::Dynaset);
+    EXPECT_EQ(errorOf([&] { both->Edit(); }), 3027);
 }
