@@ -258,6 +258,10 @@ TEST_F(WorkbookEngine, TextThatReadsAsANumberIsStoredAsTheNumber) {
     xlSheet->Range("a3").SetValue("12abc");
     xlSheet->Range("a4").SetValue("12 34");
     xlSheet->Range("a5").SetValue("45.50%");
+    xlSheet->Range("a6").SetValue("'0012");
+    xlSheet->Range("a7").SetNumberFormat("@");
+    xlSheet->Range("a7").SetValue("0012");
+    xlSheet->Range("a8").SetValue("0012");
     EXPECT_EQ(xlSheet->Range("a1").GetValue().type(), VType::Double);
     // Writing a cell's value back turns text into numbers, as the reports do after a paste.
     const WorkbookReader book = SaveAndRead();
@@ -269,6 +273,10 @@ TEST_F(WorkbookEngine, TextThatReadsAsANumberIsStoredAsTheNumber) {
     EXPECT_TRUE(s->cell("A4")->isText()); // not a thousands grouping
     EXPECT_DOUBLE_EQ(s->number("A5"), 0.455);
     EXPECT_EQ(s->cell("A5")->style.numberFormat, "0.00%");
+    EXPECT_EQ(s->text("A6"), "0012");
+    EXPECT_TRUE(s->cell("A6")->isText());
+    EXPECT_EQ(s->text("A7"), "0012");
+    EXPECT_DOUBLE_EQ(s->number("A8"), 12);
 }
 
 TEST_F(WorkbookEngine, RangesOutsideTheSheetAndUnsetReferencesFailAsErrors) {

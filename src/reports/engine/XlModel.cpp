@@ -229,7 +229,9 @@ void XlRange::SetValue(const Value& value) {
     case VType::String: {
         double number = 0;
         bool percent = false;
-        if (NumberOfText(value.toString(), number, percent)) {
+        if (value.toString().startsWith('\'')) {
+            stored = Value(value.toString().mid(1)); // a leading apostrophe keeps the rest as text
+        } else if (NumberOfText(value.toString(), number, percent)) {
             stored = Value(number);
             if (percent)
                 percentFormat = DecimalsOfText(value.toString()) > 0
@@ -249,7 +251,8 @@ void XlRange::SetValue(const Value& value) {
         if (stored.isEmpty() && !ws.CellAt(row, c))
             return;
         XlCell& cell = ws.CellForWrite(row, c);
-        cell.value = stored;
+        // A cell formatted as text ("@") keeps a text as it is given.
+        cell.value = cell.format.numberFormat == QLatin1String("@") && value.type() == VType::String ? value : stored;
         if (cell.format.numberFormat == QLatin1String("General")) {
             if (!percentFormat.isEmpty())
                 cell.format.numberFormat = percentFormat;
