@@ -238,6 +238,20 @@ TEST_F(JetEmitter, AggregatesOverNoRows) {
     EXPECT_EQ(scalar("select first(maak) & last(maak) from voertuig"), "TOYOTANissan");
 }
 
+TEST_F(JetEmitter, GroupedSelectsKeepJetsRules) {
+    EXPECT_EQ(jetError("select maak, sum(km) from voertuig"), 3122);
+    EXPECT_EQ(jetError("select catid, regnr from voertuig group by catid"), 3122);
+    EXPECT_EQ(jetError("select catid from voertuig group by catid order by maak"), 3122);
+    EXPECT_EQ(jetError("select * from voertuig group by catid"), 3120);
+    EXPECT_EQ(jetError("transform sum(km) select maak from voertuig group by catid pivot regnr"), 3122);
+    // Grouped expressions, what is built of them, aggregates and constants are fine.
+    EXPECT_EQ(column("select strconv(maak & '(' & catid & ')',3) as v, sum(km) + 1 as total, 'x' from voertuig "
+                     "group by maak & '(' & catid & ')' order by sum(km)",
+                     1),
+              QStringList({"<null>", "3001.0"}));
+    EXPECT_EQ(column("select voertuig.catid from voertuig group by catid having count(*) > 1"), QStringList({"1"}));
+}
+
 TEST_F(JetEmitter, ConstantsInGroupBy) {
     EXPECT_EQ(query("select 'all' as k, sum(km) as total from voertuig group by 1").size(), 1u);
     EXPECT_EQ(scalar("select sum(km) from voertuig group by 1, 'x'"), "3000.0");
@@ -350,6 +364,9 @@ TEST_F(JetEmitter, DateLiterals) {
               QStringList({"1"}));
     EXPECT_EQ(column("select id from book where datum > #2024/11/05#"), QStringList({"1", "2"}));
     EXPECT_EQ(scalar("select format(datum,'yyyy/MM/dd') from book where id = 2"), "2024/11/06");
+    EXPECT_EQ(TranslateJet("select min(datum), max(b.id) from book as b", *m_catalog).columnTypes,
+              QStringList({"datetime", ""}));
+    EXPECT_EQ(TranslateJet("select b.datum, id from book as b", *m_catalog).columnTypes, QStringList({"datetime", ""}));
     // Text that reads as a date, stored into or compared with a datetime column, is that date.
     query("insert into book (id, datum) values (3, '2024/11/07 08:30:00')");
     query("insert into book values (4, '11-08-2024')");

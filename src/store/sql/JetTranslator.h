@@ -61,10 +61,10 @@ struct SqlitePlan {
     // crosstabSql(values) returns the final SELECT with one column per value.
     QString pivotValuesSql;
 
-    // Query and SelectInto: the Jet type word ("datetime", ...) of each output column that SQLite gives no
-    // declared type for but whose type the statement fixes (a #date# literal, now(), cdate(...)); empty
-    // entries where the column's own declared type or the stored value decides. Empty when the select list
-    // has a `*`.
+    // Query and SelectInto: the Jet type word ("datetime", ...) of each output column whose type the statement
+    // fixes where SQLite may give no declared type (a #date# literal, now(), cdate(...), min/max of a datetime
+    // column, a datetime column itself); empty entries where the stored value decides. Empty when the select
+    // list has a `*`.
     QStringList columnTypes;
     std::function<QString(const QStringList& pivotValues)> crosstabSql;
 };

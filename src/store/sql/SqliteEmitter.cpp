@@ -161,6 +161,8 @@ private:
     QString core(const SelectCore& c, const std::vector<OrderItem>* order, bool inCompound);
     QString coreBody(const SelectCore& c); // from ... having
     QString items(const SelectCore& c, bool caseBlind = false);
+    void checkGrouping(const SelectCore& c, const std::vector<OrderItem>* order);
+    bool groupedOrAggregate(const Expr& e, const SelectCore& c);
     bool m_unionDistinct = false; // the cores being emitted are joined by a plain union
     QString tableRef(const TableRef& t);
     QString groupTerm(const Expr& e);
@@ -168,7 +170,7 @@ private:
     std::optional<QStringList> outputNames(const Select& s) const;
     std::optional<QStringList> refColumns(const TableRef& t, const QString& qualifier) const;
     SqlitePlan crosstab(const Statement& st);
-    QStringList columnTypes(const SelectCore& c) const;
+    QStringList columnTypes(const SelectCore& c);
     QString staticType(const Expr& e) const;
     QString update(const Statement& st);
     QString deleteRows(const Statement& st);
@@ -423,6 +425,75 @@ QString Emitter::call(const Expr& e, Ctx ctx) {
     return out;
 }
 
+// ---- grouping ----
+
+bool containsAggregate(const Expr& e) {
+    if (e.kind == ExprKind::Call && isAggregateName(e.text))
+        return true;
+    for (const ExprPtr& a : e.args)
+        if (containsAggregate(*a))
+            return true;
+    return false;
+}
+
+bool sameColumn(const Expr& a, const Expr& b) {
+    return a.kind == ExprKind::Column && b.kind == ExprKind::Column &&
+           a.text.compare(b.text, Qt::CaseInsensitive) == 0 &&
+           (a.qualifier.isEmpty() || b.qualifier.isEmpty() ||
+            a.qualifier.compare(b.qualifier, Qt::CaseInsensitive) == 0);
+}
+
+// Jet allows in a grouped select only aggregates, constants, the grouped expressions and what is made of them.
+bool Emitter::groupedOrAggregate(const Expr& e, const SelectCore& c) {
+    if (isConstant(e) || e.kind == ExprKind::Subquery || e.kind == ExprKind::Exists || e.kind == ExprKind::InSelect)
+        return true;
+    if (e.kind == ExprKind::Call && isAggregateName(e.text))
+        return true;
+    for (const ExprPtr& g : c.groupBy) {
+        if (sameColumn(e, *g))
+            return true;
+        if (e.kind != ExprKind::Column && e.kind == g->kind && expr(e, Ctx::Value) == expr(*g, Ctx::Value))
+            return true;
+    }
+    if (e.kind == ExprKind::Column || e.kind == ExprKind::Star)
+        return false;
+    for (const ExprPtr& a : e.args)
+        if (!groupedOrAggregate(*a, c))
+            return false;
+    return true;
+}
+
+void Emitter::checkGrouping(const SelectCore& c, const std::vector<OrderItem>* order) {
+    bool aggregate = !c.groupBy.empty() || (c.having && containsAggregate(*c.having));
+    for (const SelectItem& item : c.items)
+        aggregate = aggregate || containsAggregate(*item.expr);
+    if (!aggregate)
+        return;
+    auto refuse = [&](const Expr& e) {
+        throw DbError(3122, QStringLiteral("You tried to execute a query that does not include the specified "
+                                           "expression '%1' as part of an aggregate function.")
+                                .arg(exprText(e)));
+    };
+    for (const SelectItem& item : c.items) {
+        if (item.expr->kind == ExprKind::Star)
+            throw DbError(3120, QStringLiteral("Cannot group on fields selected with '*'."));
+        if (!groupedOrAggregate(*item.expr, c))
+            refuse(*item.expr);
+    }
+    if (c.having && !groupedOrAggregate(*c.having, c))
+        refuse(*c.having);
+    if (order)
+        for (const OrderItem& o : *order) {
+            // an order by naming an output column of the select is that column
+            const bool isAlias = o.expr->kind == ExprKind::Column && o.expr->qualifier.isEmpty() &&
+                                 std::any_of(c.items.begin(), c.items.end(), [&](const SelectItem& item) {
+                                     return item.alias.compare(o.expr->text, Qt::CaseInsensitive) == 0;
+                                 });
+            if (!isAlias && !groupedOrAggregate(*o.expr, c))
+                refuse(*o.expr);
+        }
+}
+
 // ---- selects ----
 
 QString Emitter::tableRef(const TableRef& t) {
@@ -538,6 +609,13 @@ QString Emitter::coreBody(const SelectCore& c) {
 }
 
 QString Emitter::core(const SelectCore& c, const std::vector<OrderItem>* order, bool inCompound) {
+    {
+        std::vector<ScopeEntry> tables;
+        for (const TableRefPtr& t : c.from)
+            collectTables(*t, tables);
+        const ScopeGuard scope(*this, std::move(tables));
+        checkGrouping(c, order);
+    }
     QString sql = QStringLiteral("SELECT ");
     if (c.distinct)
         sql += QStringLiteral("DISTINCT ");
@@ -674,6 +752,8 @@ QString Emitter::staticType(const Expr& e) const {
     switch (e.kind) {
     case ExprKind::Date:
         return datetime;
+    case ExprKind::Column:
+        return isDateTimeColumn(e) ? datetime : QString();
     case ExprKind::Call:
         if (e.text == QLatin1String("now") || e.text == QLatin1String("date") || e.text == QLatin1String("time") ||
             e.text == QLatin1String("cdate") || e.text == QLatin1String("datevalue"))
@@ -696,7 +776,11 @@ QString Emitter::staticType(const Expr& e) const {
     }
 }
 
-QStringList Emitter::columnTypes(const SelectCore& c) const {
+QStringList Emitter::columnTypes(const SelectCore& c) {
+    std::vector<ScopeEntry> tables;
+    for (const TableRefPtr& t : c.from)
+        collectTables(*t, tables);
+    const ScopeGuard scope(*this, std::move(tables));
     QStringList types;
     bool any = false;
     for (const SelectItem& item : c.items) {
@@ -718,6 +802,7 @@ SqlitePlan Emitter::crosstab(const Statement& st) {
     for (const TableRefPtr& t : c.from)
         collectTables(*t, inScope);
     const ScopeGuard scope(*this, std::move(inScope));
+    checkGrouping(c, st.select->orderBy.empty() ? nullptr : &st.select->orderBy);
     const QString pivot = expr(*st.pivot, Ctx::Value);
     const QString heading = QStringLiteral("jet_heading(") + pivot + QLatin1Char(')');
     const QString body = coreBody(c);
