@@ -98,15 +98,23 @@ bool FilterDigitsKey(const QLineEdit* textBox, int& keyAscii, bool allowDecimal)
     return keyAscii != 0;
 }
 
+namespace {
+
+// As the original sends a Tab key: the focus moves from the widget to the next field in the tab order.
+void sendTab(QWidget* from) {
+    QKeyEvent tab(QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier);
+    QApplication::sendEvent(from, &tab);
+}
+
+} // namespace
+
 bool EnterAsTab(int keyAscii) {
     if (keyAscii != kEnter)
         return false;
     QWidget* focused = QApplication::focusWidget();
     if (!focused)
         return false;
-    // As the original sends a Tab key: the focus moves to the next field in the tab order.
-    QKeyEvent tab(QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier);
-    QApplication::sendEvent(focused, &tab);
+    sendTab(focused);
     return true;
 }
 
@@ -164,9 +172,9 @@ void AttachDigitsFilter(QLineEdit* field, bool allowDecimal) {
 
 void AttachEnterAsTab(QWidget* field) {
     new Behaviour(field, [field](int& keyAscii) {
-        if (keyAscii != kEnter || !field->hasFocus())
+        if (keyAscii != kEnter)
             return true;
-        EnterAsTab(keyAscii);
+        sendTab(field);
         return false; // the Enter itself goes no further (no default button fires)
     });
 }

@@ -5,11 +5,11 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QEventLoop>
 #include <QHash>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPointer>
-#include <QVBoxLayout>
 #include <vector>
 
 namespace {
@@ -39,9 +39,27 @@ public:
     }
 };
 
+// Ends the event loop of a modal plain form when the form is hidden (closed or hidden by its code).
+class HideWatcher : public QObject {
+public:
+    explicit HideWatcher(QEventLoop* loop) : m_loop(loop) {}
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Hide)
+            m_loop->quit();
+        return false;
+    }
+
+private:
+    QEventLoop* m_loop;
+};
+
 bool isLoaded(const QWidget* form) {
     if (!form)
         return false;
+    // An MDI child is shown with its frame at once; closing either hides it, even while the main window
+    // itself is hidden (during start-up).
+    if (const auto* frame = qobject_cast<const QMdiSubWindow*>(form->parentWidget()))
+        return !frame->isHidden() && !form->isHidden();
     return !(form->property(kShownProperty).toBool() && form->isHidden());
 }
 
@@ -135,27 +153,24 @@ QWidget* ShowScreen(const QString& name, bool modal) {
 
     if (modal) {
         QPointer<QWidget> guard(form);
-        auto* dialog = qobject_cast<QDialog*>(form);
-        QPointer<QDialog> wrapper;
-        if (!dialog) {
-            // A plain widget shown modally: a dialog around it, closed when the widget closes.
-            wrapper = new QDialog(modalParent());
-            wrapper->setWindowTitle(form->windowTitle());
-            auto* layout = new QVBoxLayout(wrapper);
-            layout->setContentsMargins(0, 0, 0, 0);
-            layout->addWidget(form);
+        if (auto* dialog = qobject_cast<QDialog*>(form)) {
+            dialog->setModal(true);
+            dialog->exec();
+        } else {
+            // A plain form shown modally: it becomes a modal window of its own until it is closed or hidden.
+            form->setParent(modalParent(), Qt::Dialog);
+            form->setWindowModality(Qt::ApplicationModal);
             form->setAttribute(Qt::WA_DeleteOnClose);
-            QObject::connect(form, &QObject::destroyed, wrapper, [w = wrapper] {
-                if (w)
-                    w->done(QDialog::Rejected);
-            });
-            dialog = wrapper;
+            QEventLoop loop;
+            HideWatcher watcher(&loop);
+            form->installEventFilter(&watcher);
+            QObject::connect(form, &QObject::destroyed, &loop, &QEventLoop::quit);
+            form->show();
+            loop.exec(QEventLoop::DialogExec);
+            if (guard)
+                form->removeEventFilter(&watcher);
         }
-        dialog->setModal(true);
-        dialog->exec();
-        if (wrapper)
-            delete wrapper.data();
-        else if (guard)
+        if (guard)
             delete guard.data();
         pruneForms();
         return nullptr;

@@ -23,7 +23,7 @@ QMdiArea* CurrentMdiArea();
 
 // Shows the form. Normal: as an MDI child, or the open one of that name brought forward (a form is
 // loaded once, as in the original); returns the form. Modal: made anew and exec()ed (a plain widget is
-// wrapped in a dialog); returns nullptr once it is closed. An unregistered name opens nothing and gives
+// made a modal window); returns nullptr once it is closed or hidden. An unregistered name opens nothing and gives
 // nullptr. A factory that throws DbError or VbError is reported by a critical box.
 QWidget* ShowScreen(const QString& name, bool modal);
 

@@ -36,6 +36,17 @@ QLabel* caption(QWidget* parent, const char* name, const QString& text, QLineEdi
     return label;
 }
 
+// The save writes the kept OID back. Where the store numbers OID itself (a counter column), the engine
+// refuses the write (3164) and the row keeps its own number, which is the same one.
+void WriteKeptOid(Recordset& rs, int oid) {
+    try {
+        rs.SetField("OID", oid);
+    } catch (const DbError& e) {
+        if (e.number() != 3164)
+            throw;
+    }
+}
+
 } // namespace
 
 frmowner::frmowner(QWidget* parent) : QWidget(parent) {
@@ -149,7 +160,7 @@ void frmowner::SaveOwner() {
             rs->AddNew();
         else
             rs->Edit();
-        rs->SetField("OID", m_oid);
+        WriteKeptOid(*rs, m_oid);
         rs->SetField("Name", txtname->text());
         rs->SetField("Tel", txttel->text());
         rs->SetField("Fax", txtfax->text());

@@ -153,7 +153,7 @@ TEST(InputDialog, StartTextLimitCheckBoxAndCommaCut) {
         EXPECT_FALSE(form->chk->isChecked());
         form->txtMsg[0]->selectAll();
         QTest::keyClicks(form->txtMsg[0], QString(60, 'a'));
-        QTest::mouseClick(form->chk, Qt::LeftButton);
+        QTest::keyClick(form->chk, Qt::Key_Space);
         QTest::mouseClick(form->cmdCloseDialog, Qt::LeftButton);
     });
     EXPECT_EQ(ShowInput("Change  Activity Name 50 characters max.", "Old Name", 50, "Rebate Applicable", false),

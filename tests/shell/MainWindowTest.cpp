@@ -147,15 +147,17 @@ TEST_F(MainWindowTest, ASecondStartIsRefusedBeforeTheStoreIsTouched) {
 
 TEST_F(MainWindowTest, TheClosingDateIsSavedOnEveryChangeAndReadBack) {
     start();
+    window->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
     window->dtpCDate->setFocus();
-    window->dtpCDate->setDate(QDate(2024, 6, 30));
-    EXPECT_EQ(session.ClosedDate, QDateTime(QDate(2024, 6, 30), QTime(0, 0)));
-    EXPECT_EQ(GetClosedDate(db()).date(), QDate(2024, 6, 30));
+    window->dtpCDate->setDate(QDate(2024, 6, 14));
+    EXPECT_EQ(session.ClosedDate, QDateTime(QDate(2024, 6, 14), QTime(0, 0)));
+    EXPECT_EQ(GetClosedDate(db()).date(), QDate(2024, 6, 14));
     EXPECT_EQ(session.ClosedDateId, 2);
     // Stepping a day at a time saves each day on the way.
     QTest::keyClick(window->dtpCDate, Qt::Key_Up);
     EXPECT_EQ(GetClosedDate(db()).date(), window->dtpCDate->date());
-    EXPECT_NE(window->dtpCDate->date(), QDate(2024, 6, 30));
+    EXPECT_NE(window->dtpCDate->date(), QDate(2024, 6, 14));
     EXPECT_EQ(GetScalar(db(), "select count(*) from tblTeDate where TeDateID=2", "0"), "1");
 
     // A new run shows what was saved.
@@ -212,8 +214,9 @@ TEST_F(MainWindowTest, EachTreeEntrySetsItsGlobalsAndAsksForItsScreen) {
         session.ReportChoice = "before";
         session.ReminderKind = "before";
         session.EquipmentMode = 99;
+        const QStringList before = OpenForms();
         clickNode(c.entry);
-        ASSERT_EQ(requests.size(), 1u);
+        ASSERT_EQ(requests.size(), 1u) << "open before: " << before.join(",").toStdString();
         EXPECT_EQ(requests[0].name, c.screen);
         EXPECT_EQ(requests[0].modal, c.modal);
         EXPECT_EQ(session.ReportChoice, c.reportChoice ? QString(c.reportChoice) : QString("before"));

@@ -86,7 +86,7 @@ TEST_F(ScreenRegistryTest, AFormThatRefusesToCloseStaysLoaded) {
 
 TEST_F(ScreenRegistryTest, AModalShowRunsTheDialogAndUnloadsItAfter) {
     RegisterScreen("frmRebate", [](QWidget* parent) { return new QDialog(parent); });
-    RegisterScreen("frmPDP", [](QWidget* parent) { return new QWidget(parent); }); // a plain form, wrapped
+    RegisterScreen("frmPDP", [](QWidget* parent) { return new QWidget(parent); }); // a plain form
     for (const char* name : {"frmRebate", "frmPDP"}) {
         bool wasVisible = false;
         bool wasModal = false;

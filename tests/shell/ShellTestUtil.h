@@ -6,9 +6,20 @@
 #include "TempHome.h"
 
 #include <QApplication>
+#include <QStringList>
 #include <QTimer>
+#include <QWidget>
 #include <functional>
 #include <memory>
+#include <ostream>
+
+// Readable failure messages for Qt's strings.
+inline void PrintTo(const QString& s, std::ostream* os) {
+    *os << '"' << s.toStdString() << '"';
+}
+inline void PrintTo(const QStringList& l, std::ostream* os) {
+    *os << '[' << l.join("; ").toStdString() << ']';
+}
 
 // Runs action on the next modal widget once it is up (polls the event loop of its exec()).
 inline void OnNextModal(std::function<void(QWidget*)> action, int triesLeft = 200) {
