@@ -7,6 +7,12 @@
 #include <QLineEdit>
 #include <QTest>
 #include <gtest/gtest.h>
+#include <ostream>
+
+// Readable texts in failure messages.
+inline void PrintTo(const QString& text, std::ostream* os) {
+    *os << '"' << text.toStdString() << '"';
+}
 
 namespace {
 

@@ -6,13 +6,7 @@
 #include <QStringList>
 #include <map>
 #include <optional>
-#include <ostream>
 #include <vector>
-
-// Readable QString values in test failures.
-inline void PrintTo(const QString& text, std::ostream* os) {
-    *os << '"' << text.toStdString() << '"';
-}
 
 struct WbFont {
     QString name;
