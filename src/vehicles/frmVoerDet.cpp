@@ -262,6 +262,7 @@ QWidget* frmVoerDet::buildAdditionalPage() {
     txtYY->setToolTip("Press \"Insert\" to select a date from the calendar.");
     Command3 = MakeToolButton(page, "Command3", ">", "Move the Date forwards");
     dtpPurchaseDate = MakeDatePicker(page, "dtpPurchaseDate");
+    dtpPurchaseDate->setMinimumWidth(120);
     Image3 = MakeToolButton(page, "Image3", "...", "Click to select a date from the calendar.");
     dateRow->addWidget(Command2);
     dateRow->addWidget(txtYY);

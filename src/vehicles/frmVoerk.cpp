@@ -231,6 +231,7 @@ void frmVoerk::buildScreen() {
     vehicleButtons->addWidget(Label4[8]);
     vehicleButtons->addWidget(lblPrint);
     vehicleButtons->addStretch(1);
+    vehicleButtons->addWidget(new QLabel("Vehicles:", this));
     vehicleButtons->addWidget(Label4[7]);
     vehicleButtons->addWidget(Label4[6]);
     vehicleButtons->addWidget(Label4[5]);
