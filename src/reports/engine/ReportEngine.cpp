@@ -336,15 +336,21 @@ QStringList COLUMN_LetterTable() {
     return table;
 }
 
+// The lookups share one table: it never changes, and reports ask for a letter per cell.
+static const QStringList& LetterTable() {
+    static const QStringList table = COLUMN_LetterTable();
+    return table;
+}
+
 QString COLUMN_Letter(int index, bool lower) {
-    const QStringList table = COLUMN_LetterTable();
+    const QStringList& table = LetterTable();
     if (index < 0 || index >= table.size())
         throw VbError(9, QStringLiteral("Subscript out of range"));
     return lower ? table[index] : table[index].toUpper();
 }
 
 int COLUMN_Number(const QString& letters) {
-    const QStringList table = COLUMN_LetterTable();
+    const QStringList& table = LetterTable();
     const QString wanted = letters.toLower();
     for (int i = 0; i < table.size(); ++i)
         if (table[i] == wanted)
