@@ -133,6 +133,9 @@ TEST(SampleReport, ReadsAsAPrintedReport) {
     EXPECT_DOUBLE_EQ(s->number("G9"), 12500 + 20000 - 1901.35);
     EXPECT_EQ(s->cell("G9")->style.numberFormat, "### ### ##0.00");
     EXPECT_EQ(s->orientation, "landscape");
+    EXPECT_EQ(s->lastRow(), 10);
+    EXPECT_EQ(s->lastColumn(), 7);
+    EXPECT_EQ(WorkbookReader::newestIn(home.path() + "/Reports/Reports"), QFileInfo(path).absoluteFilePath());
     const WbSheet* chartSheet = book.sheet(1);
     ASSERT_EQ(chartSheet->charts.size(), 1u);
     EXPECT_EQ(chartSheet->charts[0].series.size(), 3u); // Open Litres, Litres +, Litres -

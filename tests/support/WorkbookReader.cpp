@@ -1,5 +1,7 @@
 #include "WorkbookReader.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QHash>
 #include <QRegularExpression>
 #include <QXmlStreamReader>
@@ -304,6 +306,39 @@ QString WbSheet::text(const QString& ref) const {
 double WbSheet::number(const QString& ref) const {
     const WbCell* c = cell(ref);
     return c && c->isNumber() ? c->number : 0;
+}
+
+namespace {
+int ColumnOfRef(const QString& ref) {
+    int n = 0;
+    for (const QChar ch : ref) {
+        if (!ch.isLetter())
+            break;
+        n = n * 26 + (ch.toUpper().unicode() - 'A' + 1);
+    }
+    return n;
+}
+} // namespace
+
+int WbSheet::lastRow() const {
+    int last = 0;
+    for (const auto& [ref, c] : cells) {
+        static const QRegularExpression digits("[0-9]+$");
+        last = std::max(last, digits.match(ref).captured(0).toInt());
+    }
+    return last;
+}
+
+int WbSheet::lastColumn() const {
+    int last = 0;
+    for (const auto& [ref, c] : cells)
+        last = std::max(last, ColumnOfRef(ref));
+    return last;
+}
+
+QString WorkbookReader::newestIn(const QString& folder) {
+    const QFileInfoList files = QDir(folder).entryInfoList({"*.xlsx"}, QDir::Files, QDir::Time);
+    return files.isEmpty() ? QString() : files.first().absoluteFilePath();
 }
 
 QStringList WorkbookReader::sheetNames() const {

@@ -69,10 +69,15 @@ struct WbSheet {
     QString text(const QString& ref) const;  // "" when absent
     double number(const QString& ref) const; // 0 when absent or not a number
     bool merged(const QString& range) const { return merges.contains(range.toUpper()); }
+    int lastRow() const;    // the lowest row holding a cell, 0 when none
+    int lastColumn() const; // 1-based, 0 when none
 };
 
 class WorkbookReader {
 public:
+    // The newest .xlsx in a folder (the reports name theirs by the second of saving); "" when none.
+    static QString newestIn(const QString& folder);
+
     bool open(const QString& path); // false with error() set
     QString error() const { return m_error; }
 
