@@ -204,6 +204,19 @@ TEST(JetFuzz, DeepNestingIsRefusedNotOverflowed) {
     for (int i = 0; i < 3000; ++i)
         derived += "(select * from ";
     EXPECT_FALSE(translates(derived + "t" + QString(3000, ')'), &plan));
+    // Long operator chains are read without recursion but bounded, since the tree is walked recursively.
+    QString chain = "select 1 from t where ";
+    for (int i = 0; i < 5000; ++i)
+        chain += QString("a = %1 or ").arg(i);
+    EXPECT_FALSE(translates(chain + "a = 0", &plan));
+    QString joins = "select 1 from t0";
+    for (int i = 1; i < 500; ++i)
+        joins += QString(" inner join t%1 on t%1.id = t0.id").arg(i);
+    EXPECT_FALSE(translates(joins, &plan));
+    QString list = "select 1 from t where a in (0";
+    for (int i = 1; i < 5000; ++i)
+        list += QString(",%1").arg(i);
+    EXPECT_TRUE(translates(list + ")", &plan)); // a long id list is flat, and fine
     // Nesting as deep as real statements go is fine.
     EXPECT_TRUE(translates("select " + QString(20, '(') + "1" + QString(20, ')') + " from t", &plan));
 }

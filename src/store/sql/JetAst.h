@@ -48,6 +48,7 @@ struct Expr {
     std::unique_ptr<Select> subquery;
     int start = 0; // position in the statement, for messages
     int end = 0;
+    int depth = 1; // height of the tree below, bounded by the parser
 };
 
 struct SelectItem {

@@ -115,7 +115,7 @@ private:
     [[noreturn]] void failExpression() const;
 
     // Statements.
-    std::unique_ptr<Select> select(bool stopAtPivot = false);
+    std::unique_ptr<Select> select();
     SelectCore selectCore();
     void selectItems(SelectCore& core);
     std::vector<TableRefPtr> fromList();
@@ -157,6 +157,16 @@ private:
         e->end = peek().start;
         return e;
     }
+    // Operator chains are read in loops, not by recursion; their height is bounded here instead, since
+    // the emitter walks the tree recursively.
+    static void bound(Expr& e) {
+        int deepest = 0;
+        for (const ExprPtr& a : e.args)
+            deepest = std::max(deepest, a->depth);
+        e.depth = deepest + 1;
+        if (e.depth > 1000)
+            throw DbError(3075, QStringLiteral("Query is too complex."));
+    }
     ExprPtr binary(const QString& op, ExprPtr left, ExprPtr right) const {
         auto e = std::make_unique<Expr>();
         e->kind = ExprKind::Binary;
@@ -165,6 +175,7 @@ private:
         e->end = right->end;
         e->args.push_back(std::move(left));
         e->args.push_back(std::move(right));
+        bound(*e);
         return e;
     }
     bool startsSelect() const { return isWord("select"); }
@@ -268,7 +279,7 @@ ExprPtr Parser::bareExpression() {
 
 // ---- select ----
 
-std::unique_ptr<Select> Parser::select(bool stopAtPivot) {
+std::unique_ptr<Select> Parser::select() {
     const DepthGuard guard(*this);
     auto sel = std::make_unique<Select>();
     sel->cores.push_back(selectCore());
@@ -292,7 +303,6 @@ std::unique_ptr<Select> Parser::select(bool stopAtPivot) {
     if (isWord("order")) {
         sel->orderBy = orderBy();
     }
-    Q_UNUSED(stopAtPivot);
     return sel;
 }
 
@@ -383,7 +393,9 @@ std::vector<TableRefPtr> Parser::fromList() {
 
 TableRefPtr Parser::joinedTable() {
     TableRefPtr left = primaryTable();
-    for (;;) {
+    for (int joins = 0;; ++joins) {
+        if (joins > 100)
+            throw DbError(3075, QStringLiteral("Query is too complex."));
         m_part = Part::From;
         JoinKind kind;
         if (isWord("inner")) {
@@ -561,11 +573,12 @@ void Parser::deleteRows(Statement& st) {
     m_part = Part::Delete;
     expectWord("delete");
     st.kind = Statement::Kind::Delete;
-    if (acceptSymbol("*")) {
-    } else if (isNameToken() && isSymbol(".", 1) && isSymbol("*", 2)) {
+    if (isNameToken() && isSymbol(".", 1) && isSymbol("*", 2)) {
         st.deleteQualifier = next().text;
         next();
         next();
+    } else {
+        acceptSymbol("*");
     }
     expectWord("from");
     if (atEnd() || isSymbol(";"))
@@ -890,6 +903,7 @@ ExprPtr Parser::notExpr() {
         e->op = QStringLiteral("not");
         e->end = operand->end;
         e->args.push_back(std::move(operand));
+        bound(*e);
         return e;
     }
     return comparison();
@@ -918,6 +932,7 @@ ExprPtr Parser::comparison() {
             e->args.push_back(std::move(left));
             e->args.push_back(concatExpr());
             e->end = e->args.back()->end;
+            bound(*e);
             left = std::move(e);
         } else if (acceptWord("between")) {
             auto e = make(ExprKind::Between, start);
@@ -927,6 +942,7 @@ ExprPtr Parser::comparison() {
             expectWord("and");
             e->args.push_back(concatExpr());
             e->end = e->args.back()->end;
+            bound(*e);
             left = std::move(e);
         } else if (acceptWord("in")) {
             expectSymbol("(");
@@ -937,6 +953,7 @@ ExprPtr Parser::comparison() {
                 const Part saved = m_part;
                 e->subquery = select();
                 m_part = saved;
+                bound(*e);
                 left = std::move(e);
             } else {
                 auto e = make(ExprKind::InList, start);
@@ -945,10 +962,12 @@ ExprPtr Parser::comparison() {
                 do {
                     e->args.push_back(expression());
                 } while (acceptSymbol(","));
+                bound(*e);
                 left = std::move(e);
             }
             expectSymbol(")");
             left->end = peek().start;
+            bound(*left);
         } else if (!negated && isWord("is")) {
             next();
             auto e = make(ExprKind::IsNull, start);
@@ -956,6 +975,7 @@ ExprPtr Parser::comparison() {
             expectWord("null");
             e->args.push_back(std::move(left));
             e->end = peek().start;
+            bound(*e);
             left = std::move(e);
         } else {
             if (negated)
@@ -1022,6 +1042,7 @@ ExprPtr Parser::unary() {
         e->op = op;
         e->end = operand->end;
         e->args.push_back(std::move(operand));
+        bound(*e);
         return e;
     }
     return power();
@@ -1138,6 +1159,7 @@ ExprPtr Parser::primary() {
             }
             expectSymbol(")");
             e->end = peek().start;
+            bound(*e);
             return e;
         }
         [[fallthrough]];
