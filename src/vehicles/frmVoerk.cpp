@@ -259,8 +259,10 @@ void frmVoerk::buildScreen() {
 }
 
 void frmVoerk::connectHandlers() {
-    for (int i = 0; i < 9; ++i)
+    for (int i = 0; i < 9; ++i) {
         connect(Label4[i], &QPushButton::clicked, this, [this, i] { Label4_Click(i); });
+        Label4[i]->installEventFilter(this);
+    }
     connect(list1, &QListWidget::currentRowChanged, this, [this] {
         if (!m_FillingCategories)
             list1_Click();
@@ -316,6 +318,18 @@ bool frmVoerk::eventFilter(QObject* watched, QEvent* e) {
                 Label4_Click(0);
             else if (watched == Text3)
                 list1_Click();
+        }
+    }
+    if (e->type() == QEvent::KeyPress) {
+        // Enter on an action acts, then moves on as a Tab would.
+        const int key = static_cast<QKeyEvent*>(e)->key();
+        for (int i = 0; i < 9; ++i) {
+            if (watched == Label4[i] && (key == Qt::Key_Return || key == Qt::Key_Enter)) {
+                Label4_Click(i);
+                if (Label4[i]->hasFocus()) // the action may have moved the focus itself
+                    focusNextChild();
+                return true;
+            }
         }
     }
     if (watched == flg && e->type() == QEvent::KeyPress) {

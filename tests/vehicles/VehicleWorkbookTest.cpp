@@ -129,8 +129,9 @@ TEST_F(VehicleWorkbookTest, VehicleFormOnOnePage) {
     for (size_t i = 0; i < rows.size(); ++i) {
         const QString r = QString::number(static_cast<int>(i) + 3);
         EXPECT_EQ(sheet->text("A" + r), rows[i].first) << "row " << r.toStdString();
-        if (!rows[i].second.isEmpty())
+        if (!rows[i].second.isEmpty()) {
             EXPECT_EQ(sheet->text("D" + r), rows[i].second) << "row " << r.toStdString();
+        }
     }
     EXPECT_TRUE(sheet->merged("A3:C3"));
     ASSERT_TRUE(sheet->cell("D7")->isNumber());

@@ -313,4 +313,23 @@ TEST_F(VoerkTest, ServiceHistoryTrapWithoutACategoryWarnsAndDisablesItself) {
     ASSERT_EQ(m_messages.shown.size(), 1);
     EXPECT_EQ(m_messages.shown[0].text, "You have to select a category first!");
     EXPECT_FALSE(s->Text1->isEnabled());
+
+    // The next trap starts a new category; focus coming back to the screen springs none.
+    s->Label4[5]->setFocus();
+    QTest::keyClick(s->Label4[5], Qt::Key_Tab);
+    EXPECT_TRUE(s->Frame2->isVisible());
+    EXPECT_TRUE(s->txtKAT->hasFocus());
+    EXPECT_EQ(m_messages.shown.size(), 1);
+}
+
+TEST_F(VoerkTest, EnterOnAnActionActsAndMovesOn) {
+    auto s = openScreen();
+    s->Label4[0]->setFocus();
+    QTest::keyClick(s->Label4[0], Qt::Key_Return);
+    EXPECT_TRUE(s->Frame2->isVisible());
+    QTest::keyClicks(s->txtKAT, "Buses");
+    s->Label4[3]->setFocus();
+    QTest::keyClick(s->Label4[3], Qt::Key_Return);
+    EXPECT_EQ(scalar("select count(*) from voerkat where [desc] = 'BUSES'"), "1");
+    EXPECT_FALSE(s->Frame2->isVisible());
 }
