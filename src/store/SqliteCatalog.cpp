@@ -71,7 +71,7 @@ const std::vector<ColumnInfo>& SqliteCatalog::columnInfo(const QString& table) c
     const QString key = stored.toLower();
     auto it = m_columns.find(key);
     if (it != m_columns.end())
-        return it.value();
+        return it->second;
     std::vector<ColumnInfo> cols;
     int primaryKeyColumns = 0;
     eachRow(m_db, "PRAGMA table_info(" + quoted(stored) + ")", [&](sqlite3_stmt* s) {
@@ -87,7 +87,7 @@ const std::vector<ColumnInfo>& SqliteCatalog::columnInfo(const QString& table) c
     // Only a single INTEGER PRIMARY KEY column is SQLite's rowid, and so a counter.
     for (auto& c : cols)
         c.type = JetTypeFromDeclared(c.declared, c.primaryKey && primaryKeyColumns == 1);
-    return m_columns.insert(key, std::move(cols)).value();
+    return m_columns.emplace(key, std::move(cols)).first->second;
 }
 
 std::vector<SchemaCatalog::Column> SqliteCatalog::columns(const QString& table) const {

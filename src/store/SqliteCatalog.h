@@ -8,6 +8,7 @@
 #include <QHash>
 #include <QString>
 #include <QStringList>
+#include <map>
 #include <vector>
 
 struct sqlite3;
@@ -52,5 +53,6 @@ private:
     mutable int m_schemaVersion = -1;
     mutable QHash<QString, QString> m_tables; // lower-case name -> stored name
     mutable QStringList m_tableOrder;
-    mutable QHash<QString, std::vector<ColumnInfo>> m_columns; // lower-case name -> columns
+    // lower-case name -> columns; a std::map, so that a reference handed out survives later look-ups
+    mutable std::map<QString, std::vector<ColumnInfo>> m_columns;
 };
