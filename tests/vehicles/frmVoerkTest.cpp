@@ -333,3 +333,17 @@ TEST_F(VoerkTest, EnterOnAnActionActsAndMovesOn) {
     EXPECT_EQ(scalar("select count(*) from voerkat where [desc] = 'BUSES'"), "1");
     EXPECT_FALSE(s->Frame2->isVisible());
 }
+
+TEST_F(VoerkTest, AVehicleIdAbove16BitsCannotBePicked) {
+    exec(QString("insert into voertuig (transid, catid, maak, model, regnr, awaarde, km, licenceduedate, "
+                 "serviceduedate) values (40000, %1, 'AAA BIG', 'ID', 'X 1', 1, 1, '2025/01/01', '2025/01/01')")
+             .arg(m_trailers));
+    auto s = openScreen();
+    pickCategory(*s, "Trailers");
+    ASSERT_EQ(s->flg->TextMatrix(1, 0), "40000");
+    pickRow(*s, 1);
+    QTest::keyClick(s->flg, Qt::Key_Return);
+    ASSERT_EQ(m_messages.shown.size(), 1);
+    EXPECT_EQ(m_messages.shown[0].text, "You have to select a category first!");
+    EXPECT_EQ(m_session.SelectedID, 0); // the pick reads no id, and the list is not refreshed
+}
