@@ -113,7 +113,8 @@ public:
     QString Address() const;
 
     // The value of the first cell. Writing a value writes it to every cell of the range; a text that reads as
-    // a number with blanks between thousands ("1 234.50") or a percentage ("12.50%") is stored as a number.
+    // a number with blanks between thousands ("1 234.50") or a percentage ("12.50%") is stored as a number,
+    // unless it starts with an apostrophe or the cell's format is "@". Texts that read as dates stay text.
     Value GetValue() const;
     void SetValue(const Value& value);
 
