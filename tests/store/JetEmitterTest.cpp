@@ -148,6 +148,18 @@ TEST_F(JetEmitter, DistinctAndUnionAreCaseBlind) {
     EXPECT_EQ(one.front().toUpper(), "ABC123");
 }
 
+TEST_F(JetEmitter, NumbersCompareWithoutCollationSoIndexesServe) {
+    raw("CREATE INDEX voertuig_cat ON voertuig (CatID)");
+    const SqlitePlan plan = TranslateJet("select maak from voertuig where catid = 2 order by km", *m_catalog);
+    EXPECT_FALSE(plan.sql.contains("COLLATE")) << plan.sql.toStdString();
+    const Rows steps = runSql("EXPLAIN QUERY PLAN " + plan.sql);
+    ASSERT_FALSE(steps.empty());
+    EXPECT_TRUE(steps.front().back().contains("voertuig_cat")) << steps.front().back().toStdString();
+    // Text keeps its case-blind comparison.
+    EXPECT_TRUE(TranslateJet("select maak from voertuig where maak = 'x'", *m_catalog).sql.contains("COLLATE NOCASE"));
+    EXPECT_TRUE(TranslateJet("select 1 from voertuig where maak & '' = regnr", *m_catalog).sql.contains("NOCASE"));
+}
+
 TEST_F(JetEmitter, ConcatenationAndPlus) {
     EXPECT_EQ(scalar("select maak & '(' & regnr & ')' from voertuig where transid = 3"), "Nissan()");
     EXPECT_EQ(scalar("select maak + regnr from voertuig where transid = 3"), "<null>");
@@ -274,6 +286,9 @@ TEST_F(JetEmitter, TopKeepsTies) {
     EXPECT_EQ(column("select top 2 transid from voertuig order by catid"), QStringList({"1", "2"}));
     EXPECT_EQ(column("select top 3 transid from voertuig order by catid").size(), 4);
     EXPECT_EQ(column("select top 1 * from voertuig").size(), 1);
+    // Text in the statement that looks like a placeholder stays text.
+    EXPECT_EQ(column("select top 1 transid from voertuig where regnr <> '%1%2' order by km desc"),
+              QStringList({"2", "4"}));
 }
 
 TEST_F(JetEmitter, JoinsNestedAndDerived) {

@@ -5,6 +5,8 @@
 #include "JetParser.h"
 
 #include <QHash>
+#include <QRegularExpression>
+#include <QSet>
 #include <algorithm>
 #include <functional>
 #include <optional>
@@ -151,6 +153,9 @@ private:
     }
     bool isDateTimeColumn(const QString& table, const QString& column) const;
     bool isDateTimeColumn(const Expr& e) const;
+    QString declaredTypeOf(const Expr& column) const;
+    bool caseless(const Expr& e) const;
+    QString noCaseFor(const Expr& e) const { return caseless(e) ? QString() : kNoCase; }
     QString valueFor(const Expr& value, bool dateTimeTarget);
 
     QString exprText(const Expr& e) const { return m_source.mid(e.start, e.end - e.start).trimmed(); }
@@ -261,7 +266,7 @@ QString Emitter::expr(const Expr& e, Ctx ctx) {
     }
     case ExprKind::Between: {
         const bool dates = isDateTimeColumn(*e.args[0]);
-        const QString c = QLatin1Char('(') + expr(*e.args[0], Ctx::Value) + kNoCase +
+        const QString c = QLatin1Char('(') + expr(*e.args[0], Ctx::Value) + noCaseFor(*e.args[0]) +
                           (e.negated ? QStringLiteral(" NOT BETWEEN ") : QStringLiteral(" BETWEEN ")) +
                           valueFor(*e.args[1], dates) + QStringLiteral(" AND ") + valueFor(*e.args[2], dates) +
                           QLatin1Char(')');
@@ -272,13 +277,13 @@ QString Emitter::expr(const Expr& e, Ctx ctx) {
         const bool dates = isDateTimeColumn(*e.args[0]);
         for (size_t i = 1; i < e.args.size(); ++i)
             list << valueFor(*e.args[i], dates);
-        const QString c = QLatin1Char('(') + expr(*e.args[0], Ctx::Value) + kNoCase +
+        const QString c = QLatin1Char('(') + expr(*e.args[0], Ctx::Value) + noCaseFor(*e.args[0]) +
                           (e.negated ? QStringLiteral(" NOT IN (") : QStringLiteral(" IN (")) +
                           list.join(QLatin1Char(',')) + QStringLiteral("))");
         return ctx == Ctx::Bool ? c : QStringLiteral("(-") + c + QLatin1Char(')');
     }
     case ExprKind::InSelect: {
-        const QString c = QLatin1Char('(') + expr(*e.args[0], Ctx::Value) + kNoCase +
+        const QString c = QLatin1Char('(') + expr(*e.args[0], Ctx::Value) + noCaseFor(*e.args[0]) +
                           (e.negated ? QStringLiteral(" NOT IN (") : QStringLiteral(" IN (")) + select(*e.subquery) +
                           QStringLiteral("))");
         return ctx == Ctx::Bool ? c : QStringLiteral("(-") + c + QLatin1Char(')');
@@ -325,8 +330,9 @@ QString Emitter::comparison(const Expr& e) {
     // A datetime column compared with a text that is a date: Jet compares dates, so the text becomes one.
     const bool leftDate = isDateTimeColumn(left);
     const bool rightDate = isDateTimeColumn(right);
+    const bool noCollation = caseless(left) || caseless(right);
     return QLatin1Char('(') + valueFor(left, rightDate) + QLatin1Char(' ') + e.op + QLatin1Char(' ') +
-           valueFor(right, leftDate) + kNoCase + QLatin1Char(')');
+           valueFor(right, leftDate) + (noCollation ? QString() : kNoCase) + QLatin1Char(')');
 }
 
 bool Emitter::isDateTimeColumn(const QString& table, const QString& column) const {
@@ -340,20 +346,94 @@ bool Emitter::isDateTimeColumn(const QString& table, const QString& column) cons
 }
 
 bool Emitter::isDateTimeColumn(const Expr& e) const {
+    const QString declared = declaredTypeOf(e);
+    return declared.startsWith(QLatin1String("DATETIME"), Qt::CaseInsensitive) ||
+           declared.compare(QLatin1String("DATE"), Qt::CaseInsensitive) == 0;
+}
+
+// The declared type of the table column a name stands for, looked up through the tables in reach.
+QString Emitter::declaredTypeOf(const Expr& e) const {
     if (e.kind != ExprKind::Column)
-        return false;
+        return {};
     for (auto scope = m_scopes.rbegin(); scope != m_scopes.rend(); ++scope) {
         for (const ScopeEntry& entry : *scope) {
-            if (!e.qualifier.isEmpty()) {
-                if (entry.visible.compare(e.qualifier, Qt::CaseInsensitive) == 0)
-                    return isDateTimeColumn(entry.table, e.text);
+            if (!e.qualifier.isEmpty() && entry.visible.compare(e.qualifier, Qt::CaseInsensitive) != 0)
+                continue;
+            if (!m_catalog.hasTable(entry.table)) {
+                if (!e.qualifier.isEmpty())
+                    return {};
                 continue;
             }
-            if (m_catalog.hasTable(entry.table))
-                for (const SchemaCatalog::Column& col : m_catalog.columns(entry.table))
-                    if (col.name.compare(e.text, Qt::CaseInsensitive) == 0)
-                        return isDateTimeColumn(entry.table, e.text);
+            for (const SchemaCatalog::Column& col : m_catalog.columns(entry.table))
+                if (col.name.compare(e.text, Qt::CaseInsensitive) == 0)
+                    return col.declaredType;
+            if (!e.qualifier.isEmpty())
+                return {};
         }
+    }
+    return {};
+}
+
+// Whether a value can never be text whose case matters: numbers, dates, truth values. Comparing such a value
+// needs no case-blind collation, and leaving it out lets SQLite use the column's index.
+bool Emitter::caseless(const Expr& e) const {
+    switch (e.kind) {
+    case ExprKind::Number:
+    case ExprKind::Boolean:
+    case ExprKind::Date:
+    case ExprKind::Null:
+    case ExprKind::Like:
+    case ExprKind::Between:
+    case ExprKind::InList:
+    case ExprKind::InSelect:
+    case ExprKind::IsNull:
+    case ExprKind::Exists:
+        return true;
+    case ExprKind::String:
+    case ExprKind::Star:
+    case ExprKind::Subquery:
+        return false;
+    case ExprKind::Column: {
+        static const QSet<QString> words = {
+            QStringLiteral("INTEGER"),  QStringLiteral("INT"),     QStringLiteral("LONG"),    QStringLiteral("SHORT"),
+            QStringLiteral("SMALLINT"), QStringLiteral("TINYINT"), QStringLiteral("BIGINT"),  QStringLiteral("BYTE"),
+            QStringLiteral("DOUBLE"),   QStringLiteral("SINGLE"),  QStringLiteral("FLOAT"),   QStringLiteral("REAL"),
+            QStringLiteral("CURRENCY"), QStringLiteral("MONEY"),   QStringLiteral("NUMERIC"), QStringLiteral("DECIMAL"),
+            QStringLiteral("BIT"),      QStringLiteral("YESNO"),   QStringLiteral("BOOLEAN"), QStringLiteral("COUNTER"),
+            QStringLiteral("DATETIME"), QStringLiteral("DATE"),
+        };
+        const QString declared = declaredTypeOf(e).trimmed().toUpper();
+        const qsizetype cut = declared.indexOf(QRegularExpression(QStringLiteral("[ (]")));
+        return words.contains(cut < 0 ? declared : declared.left(cut));
+    }
+    case ExprKind::Unary:
+        return e.op != QLatin1String("+") || caseless(*e.args[0]);
+    case ExprKind::Binary:
+        if (e.op == QLatin1String("&"))
+            return false;
+        if (e.op == QLatin1String("+"))
+            return caseless(*e.args[0]) || caseless(*e.args[1]); // text + text is the only text
+        return true;
+    case ExprKind::Call: {
+        static const QSet<QString> numeric = {
+            QStringLiteral("val"),       QStringLiteral("cdbl"),   QStringLiteral("csng"),      QStringLiteral("ccur"),
+            QStringLiteral("cint"),      QStringLiteral("clng"),   QStringLiteral("int"),       QStringLiteral("fix"),
+            QStringLiteral("round"),     QStringLiteral("abs"),    QStringLiteral("len"),       QStringLiteral("year"),
+            QStringLiteral("month"),     QStringLiteral("day"),    QStringLiteral("count"),     QStringLiteral("sum"),
+            QStringLiteral("avg"),       QStringLiteral("isnull"), QStringLiteral("isnumeric"), QStringLiteral("instr"),
+            QStringLiteral("now"),       QStringLiteral("date"),   QStringLiteral("time"),      QStringLiteral("cdate"),
+            QStringLiteral("datevalue"),
+        };
+        if (numeric.contains(e.text))
+            return true;
+        if (e.text == QLatin1String("iif") && e.args.size() == 3)
+            return caseless(*e.args[1]) && caseless(*e.args[2]);
+        if ((e.text == QLatin1String("min") || e.text == QLatin1String("max") || e.text == QLatin1String("first") ||
+             e.text == QLatin1String("last") || e.text == QLatin1String("nz")) &&
+            !e.args.empty())
+            return std::all_of(e.args.begin(), e.args.end(), [this](const ExprPtr& a) { return caseless(*a); });
+        return false;
+    }
     }
     return false;
 }
@@ -534,7 +614,7 @@ QString Emitter::items(const SelectCore& c, bool caseBlind) {
     for (const SelectItem& item : c.items) {
         QString text = expr(*item.expr, Ctx::Value);
         if (caseBlind && item.expr->kind != ExprKind::Column && item.expr->kind != ExprKind::Star &&
-            !isConstant(*item.expr))
+            !caseless(*item.expr))
             text += kNoCase;
         if (!item.alias.isEmpty()) {
             text += QStringLiteral(" AS ") + quoteName(item.alias);
@@ -551,7 +631,7 @@ QString Emitter::items(const SelectCore& c, bool caseBlind) {
 QString Emitter::groupTerm(const Expr& e) {
     if (isConstant(e))
         return QStringLiteral("(SELECT ") + expr(e, Ctx::Value) + QLatin1Char(')');
-    return expr(e, Ctx::Value) + kNoCase;
+    return expr(e, Ctx::Value) + noCaseFor(e);
 }
 
 QString Emitter::orderTerm(const OrderItem& o, const SelectCore& c) {
@@ -575,11 +655,12 @@ QString Emitter::orderTerm(const OrderItem& o, const SelectCore& c) {
                 if (col.name.compare(e.text, Qt::CaseInsensitive) == 0)
                     hasColumn = true;
             if (hasColumn)
-                term = quoteName(t.alias.isEmpty() ? t.name : t.alias) + QLatin1Char('.') + quoteName(e.text) + kNoCase;
+                term = quoteName(t.alias.isEmpty() ? t.name : t.alias) + QLatin1Char('.') + quoteName(e.text) +
+                       noCaseFor(e);
         }
     }
     if (term.isEmpty())
-        term = expr(e, Ctx::Value) + kNoCase;
+        term = expr(e, Ctx::Value) + noCaseFor(e);
     return term + (o.descending ? QStringLiteral(" DESC") : QString());
 }
 
@@ -609,23 +690,15 @@ QString Emitter::coreBody(const SelectCore& c) {
 }
 
 QString Emitter::core(const SelectCore& c, const std::vector<OrderItem>* order, bool inCompound) {
-    {
-        std::vector<ScopeEntry> tables;
-        for (const TableRefPtr& t : c.from)
-            collectTables(*t, tables);
-        const ScopeGuard scope(*this, std::move(tables));
-        checkGrouping(c, order);
-    }
+    std::vector<ScopeEntry> tables;
+    for (const TableRefPtr& t : c.from)
+        collectTables(*t, tables);
+    const ScopeGuard scope(*this, std::move(tables));
+    checkGrouping(c, order);
     QString sql = QStringLiteral("SELECT ");
     if (c.distinct)
         sql += QStringLiteral("DISTINCT ");
-    {
-        std::vector<ScopeEntry> tables;
-        for (const TableRefPtr& t : c.from)
-            collectTables(*t, tables);
-        const ScopeGuard scope(*this, std::move(tables));
-        sql += items(c, c.distinct || (inCompound && m_unionDistinct));
-    }
+    sql += items(c, c.distinct || (inCompound && m_unionDistinct));
     const QString body = coreBody(c);
     sql += body;
     QStringList orderTerms;
@@ -652,13 +725,13 @@ QString Emitter::core(const SelectCore& c, const std::vector<OrderItem>* order, 
                         if (item.alias.compare(key->text, Qt::CaseInsensitive) == 0 &&
                             item.expr->kind != ExprKind::Star)
                             key = item.expr.get();
-                windowTerms << (isConstant(*key) ? QStringLiteral("(SELECT NULL)") : expr(*key, Ctx::Value) + kNoCase) +
+                windowTerms << (isConstant(*key) ? QStringLiteral("(SELECT NULL)")
+                                                 : expr(*key, Ctx::Value) + noCaseFor(*key)) +
                                    (o.descending ? QStringLiteral(" DESC") : QString());
             }
             limit = QStringLiteral("(SELECT count(*) FROM (SELECT RANK() OVER (ORDER BY %1) AS [jet_rank]%2) "
                                    "WHERE [jet_rank] <= %3)")
-                        .arg(windowTerms.join(QStringLiteral(", ")), body)
-                        .arg(c.top);
+                        .arg(windowTerms.join(QStringLiteral(", ")), body, QString::number(c.top));
         } else {
             limit = QString::number(c.top);
         }
@@ -686,7 +759,8 @@ QString Emitter::select(const Select& s) {
         for (const OrderItem& o : s.orderBy) {
             if (isConstant(*o.expr))
                 continue; // a constant sorts nothing; SQLite refuses it after a union
-            terms << expr(*o.expr, Ctx::Value) + kNoCase + (o.descending ? QStringLiteral(" DESC") : QString());
+            terms << expr(*o.expr, Ctx::Value) + noCaseFor(*o.expr) +
+                         (o.descending ? QStringLiteral(" DESC") : QString());
         }
         if (!terms.isEmpty())
             sql += QStringLiteral(" ORDER BY ") + terms.join(QStringLiteral(", "));
@@ -837,7 +911,7 @@ SqlitePlan Emitter::crosstab(const Statement& st) {
     } else {
         for (const ExprPtr& g : c.groupBy)
             if (!isConstant(*g))
-                orderTerms << expr(*g, Ctx::Value) + kNoCase;
+                orderTerms << expr(*g, Ctx::Value) + noCaseFor(*g);
     }
     const QString order =
         orderTerms.isEmpty() ? QString() : QStringLiteral(" ORDER BY ") + orderTerms.join(QStringLiteral(", "));
