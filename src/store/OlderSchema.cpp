@@ -1,7 +1,7 @@
 #include "OlderSchema.h"
 
 // The shape below is the older installation's, column for column. It leaves out everything the start-up
-// upgrade creates or adds: the due dates, tank and part sizes, rebate columns and deptid of voertuig; the
+// upgrade creates or adds: the due dates, tank and part sizes, rebated, rebatepct and deptid of voertuig; the
 // driver, activity, department and pump-reading columns of VecFuel; the service tables under their new
 // names; Version and tblTeDate; and every table the upgrade makes. Columns the type repairs later turn
 // into doubles (Km, KmRead, PreviousKmRead, Litres, RperL) are text here, as they were, and so are the
