@@ -393,6 +393,10 @@ TEST_F(JetEmitter, DateLiterals) {
     EXPECT_EQ(column("select id from book where datum >= '2024/11/09'"), QStringList({"2"}));
     query("UPDATE [book] SET  [book].[datum] = now WHERE id = 4");
     EXPECT_EQ(scalar("select count(*) from book where id = 4 and datum > #2025/01/01# and datum <= now()"), "1");
+    // A datetime turned into text reads as VB shows a date.
+    EXPECT_EQ(scalar("select 'on ' & datum & ' / ' & cstr(datum) from book where id = 3"),
+              "on 2024/11/07 08:30:00 / 2024/11/07 08:30:00");
+    EXPECT_EQ(scalar("select datum & '' from book where id = 1"), "2024/11/05 10:00:00");
     // A text date column stays text: "yyyy/MM/dd" compares as text.
     EXPECT_EQ(column("select transid from voertuig where adatum < '2024/01/16' order by transid"),
               QStringList({"1", "3"}));

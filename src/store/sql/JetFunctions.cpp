@@ -602,6 +602,19 @@ void fnIsNumeric(sqlite3_context* ctx, int, sqlite3_value** argv) {
     });
 }
 
+// A stored datetime (ISO text) as VB turns a date into text; anything else unchanged.
+void fnDateText(sqlite3_context* ctx, int, sqlite3_value** argv) {
+    if (sqlite3_value_type(argv[0]) == SQLITE_TEXT) {
+        static const QRegularExpression iso(QStringLiteral("^\\d{4}-\\d{2}-\\d{2} \\d{2}:\\d{2}:\\d{2}$"));
+        const QString text = textOf(argv[0]);
+        if (iso.match(text).hasMatch()) {
+            guarded(ctx, [&] { resultText(ctx, vb::CStr(Value(dateOf(argv[0])))); });
+            return;
+        }
+    }
+    sqlite3_result_value(ctx, argv[0]);
+}
+
 // A crosstab's column heading for a pivot value: its text, "<>" for Null.
 void fnHeading(sqlite3_context* ctx, int, sqlite3_value** argv) {
     if (isNull(argv[0])) {
@@ -669,7 +682,7 @@ int RegisterJetFunctions(sqlite3* db) {
         {"jet_day", 1, fnDatePart<2>, true},  {"jet_int", 1, fnInt, true},
         {"jet_fix", 1, fnFix, true},          {"jet_round", 1, fnRound, true},
         {"jet_round", 2, fnRound, true},      {"jet_isnumeric", 1, fnIsNumeric, true},
-        {"jet_heading", 1, fnHeading, true},
+        {"jet_heading", 1, fnHeading, true},  {"jet_datetext", 1, fnDateText, true},
     };
     for (const Entry& e : entries) {
         const int flags = SQLITE_UTF8 | (e.deterministic ? SQLITE_DETERMINISTIC : 0);

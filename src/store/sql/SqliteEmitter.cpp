@@ -162,6 +162,7 @@ private:
     QString call(const Expr& e, Ctx ctx);
     QString comparison(const Expr& e);
     void flattenConcat(const Expr& e, QStringList& parts);
+    QString asText(const Expr& e);
     QString select(const Select& s);
     QString core(const SelectCore& c, const std::vector<OrderItem>* order, bool inCompound);
     QString coreBody(const SelectCore& c); // from ... having
@@ -310,8 +311,14 @@ void Emitter::flattenConcat(const Expr& e, QStringList& parts) {
         flattenConcat(*e.args[0], parts);
         flattenConcat(*e.args[1], parts);
     } else {
-        parts << expr(e, Ctx::Value);
+        parts << asText(e);
     }
+}
+
+// A datetime turned into text reads as VB shows a date ("yyyy/MM/dd hh:nn:ss"), not as it is stored.
+QString Emitter::asText(const Expr& e) {
+    const QString sql = expr(e, Ctx::Value);
+    return staticType(e) == QLatin1String("datetime") ? QStringLiteral("jet_datetext(") + sql + QLatin1Char(')') : sql;
 }
 
 QString Emitter::comparison(const Expr& e) {
@@ -475,6 +482,8 @@ QString Emitter::call(const Expr& e, Ctx ctx) {
         return QStringLiteral("coalesce(") + expr(*e.args[0], Ctx::Value) + QLatin1Char(',') +
                (argc == 2 ? expr(*e.args[1], Ctx::Value) : QStringLiteral("''")) + QLatin1Char(')');
     }
+    if (name == QLatin1String("cstr") && argc == 1 && staticType(*e.args[0]) == QLatin1String("datetime"))
+        return QStringLiteral("jet_cstr(") + asText(*e.args[0]) + QLatin1Char(')');
     if (e.star) {
         if (name != QLatin1String("count"))
             throw DbError(3075,
@@ -878,7 +887,7 @@ SqlitePlan Emitter::crosstab(const Statement& st) {
     const ScopeGuard scope(*this, std::move(inScope));
     checkGrouping(c, st.select->orderBy.empty() ? nullptr : &st.select->orderBy);
     const QString pivot = expr(*st.pivot, Ctx::Value);
-    const QString heading = QStringLiteral("jet_heading(") + pivot + QLatin1Char(')');
+    const QString heading = QStringLiteral("jet_heading(") + asText(*st.pivot) + QLatin1Char(')');
     const QString body = coreBody(c);
     if (!st.pivotIn.empty()) {
         QStringList parts;
