@@ -189,6 +189,19 @@ void SectionLabel::keyPressEvent(QKeyEvent* event) {
     QLabel::keyPressEvent(event);
 }
 
+void SectionLabel::focusInEvent(QFocusEvent* event) {
+    QLabel::focusInEvent(event);
+    QPalette p = palette();
+    p.setColor(QPalette::Window, QColor(210, 222, 240));
+    setPalette(p);
+    setAutoFillBackground(true);
+}
+
+void SectionLabel::focusOutEvent(QFocusEvent* event) {
+    QLabel::focusOutEvent(event);
+    setAutoFillBackground(false);
+}
+
 // ---- main window ----
 
 frmMain::frmMain(QWidget* parent) : QMainWindow(parent) {

@@ -29,7 +29,9 @@ signals:
 protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override; // Enter or space on a focused label clicks it
+    void keyPressEvent(QKeyEvent* event) override;  // Enter or space on a focused label clicks it
+    void focusInEvent(QFocusEvent* event) override; // a focused label is marked, for the keyboard user
+    void focusOutEvent(QFocusEvent* event) override;
 
 private:
     int m_index;
