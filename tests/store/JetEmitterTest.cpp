@@ -189,6 +189,9 @@ TEST_F(JetEmitter, BooleansAreMinusOne) {
     EXPECT_EQ(column("select transid from voertuig where not rebated"), QStringList({"2"}));
     EXPECT_EQ(column("select transid from voertuig where rebated = true order by transid"), QStringList({"1", "3"}));
     EXPECT_EQ(column("select transid from voertuig where rebated = False"), QStringList({"2"}));
+    // A Yes/No column turned into text reads True or False, whichever number stands for True.
+    EXPECT_EQ(column("select maak & ':' & rebated from voertuig order by transid"),
+              QStringList({"TOYOTA:True", "toyota:False", "Nissan:True"}));
 }
 
 TEST_F(JetEmitter, NullTests) {

@@ -615,6 +615,19 @@ void fnDateText(sqlite3_context* ctx, int, sqlite3_value** argv) {
     sqlite3_result_value(ctx, argv[0]);
 }
 
+// A Yes/No value as text: "True" for any non-zero number, "False" for zero.
+void fnBitText(sqlite3_context* ctx, int, sqlite3_value** argv) {
+    const int type = sqlite3_value_type(argv[0]);
+    if (type == SQLITE_INTEGER || type == SQLITE_FLOAT) {
+        if (sqlite3_value_double(argv[0]) != 0.0)
+            sqlite3_result_text(ctx, "True", 4, SQLITE_STATIC);
+        else
+            sqlite3_result_text(ctx, "False", 5, SQLITE_STATIC);
+        return;
+    }
+    sqlite3_result_value(ctx, argv[0]);
+}
+
 // A crosstab's column heading for a pivot value: its text, "<>" for Null.
 void fnHeading(sqlite3_context* ctx, int, sqlite3_value** argv) {
     if (isNull(argv[0])) {
@@ -683,6 +696,7 @@ int RegisterJetFunctions(sqlite3* db) {
         {"jet_fix", 1, fnFix, true},          {"jet_round", 1, fnRound, true},
         {"jet_round", 2, fnRound, true},      {"jet_isnumeric", 1, fnIsNumeric, true},
         {"jet_heading", 1, fnHeading, true},  {"jet_datetext", 1, fnDateText, true},
+        {"jet_bittext", 1, fnBitText, true},
     };
     for (const Entry& e : entries) {
         const int flags = SQLITE_UTF8 | (e.deterministic ? SQLITE_DETERMINISTIC : 0);

@@ -318,7 +318,12 @@ void Emitter::flattenConcat(const Expr& e, QStringList& parts) {
 // A datetime turned into text reads as VB shows a date ("yyyy/MM/dd hh:nn:ss"), not as it is stored.
 QString Emitter::asText(const Expr& e) {
     const QString sql = expr(e, Ctx::Value);
-    return staticType(e) == QLatin1String("datetime") ? QStringLiteral("jet_datetext(") + sql + QLatin1Char(')') : sql;
+    const QString type = staticType(e);
+    if (type == QLatin1String("datetime"))
+        return QStringLiteral("jet_datetext(") + sql + QLatin1Char(')');
+    if (type == QLatin1String("bit")) // a Yes/No value reads "True" or "False"
+        return QStringLiteral("jet_bittext(") + sql + QLatin1Char(')');
+    return sql;
 }
 
 QString Emitter::comparison(const Expr& e) {
@@ -482,7 +487,7 @@ QString Emitter::call(const Expr& e, Ctx ctx) {
         return QStringLiteral("coalesce(") + expr(*e.args[0], Ctx::Value) + QLatin1Char(',') +
                (argc == 2 ? expr(*e.args[1], Ctx::Value) : QStringLiteral("''")) + QLatin1Char(')');
     }
-    if (name == QLatin1String("cstr") && argc == 1 && staticType(*e.args[0]) == QLatin1String("datetime"))
+    if (name == QLatin1String("cstr") && argc == 1 && !staticType(*e.args[0]).isEmpty())
         return QStringLiteral("jet_cstr(") + asText(*e.args[0]) + QLatin1Char(')');
     if (e.star) {
         if (name != QLatin1String("count"))
@@ -835,8 +840,16 @@ QString Emitter::staticType(const Expr& e) const {
     switch (e.kind) {
     case ExprKind::Date:
         return datetime;
-    case ExprKind::Column:
-        return isDateTimeColumn(e) ? datetime : QString();
+    case ExprKind::Column: {
+        if (isDateTimeColumn(e))
+            return datetime;
+        const QString declared = declaredTypeOf(e).trimmed();
+        if (declared.startsWith(QLatin1String("BIT"), Qt::CaseInsensitive) ||
+            declared.compare(QLatin1String("YESNO"), Qt::CaseInsensitive) == 0 ||
+            declared.compare(QLatin1String("BOOLEAN"), Qt::CaseInsensitive) == 0)
+            return QStringLiteral("bit");
+        return {};
+    }
     case ExprKind::Call:
         if (e.text == QLatin1String("now") || e.text == QLatin1String("date") || e.text == QLatin1String("time") ||
             e.text == QLatin1String("cdate") || e.text == QLatin1String("datevalue"))
