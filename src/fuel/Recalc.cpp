@@ -350,6 +350,9 @@ std::vector<size_t> FastRecalc::chainOrder(const Value& vehicleId, std::vector<s
     if (m_tieRule == TieRule::IndexOrder)
         return byIndex;
 
+    if (m_fuelByKey.empty())
+        for (size_t i = 0; i < m_fuel.size(); ++i)
+            m_fuelByKey[m_fuel[i].transId.toString()] = i;
     const std::vector<size_t> asStored = guarded([&] {
         std::vector<size_t> order;
         auto rs = m_db.OpenRecordset("SELECT * FROM VecFuel WHERE VoertuigID = " + vehicleId.toString() +
@@ -372,12 +375,9 @@ std::vector<size_t> FastRecalc::chainOrder(const Value& vehicleId, std::vector<s
 
 void FastRecalc::chainOdometers() {
     std::map<double, std::vector<size_t>> rowsOfVehicle; // stored order within each vehicle
-    m_fuelByKey.clear();
-    for (size_t i = 0; i < m_fuel.size(); ++i) {
+    for (size_t i = 0; i < m_fuel.size(); ++i)
         if (m_fuel[i].vehicle)
             rowsOfVehicle[*m_fuel[i].vehicle].push_back(i);
-        m_fuelByKey[m_fuel[i].transId.toString()] = i;
-    }
 
     // A vehicle number standing twice walks its chain twice; the later walk is what stays.
     std::map<double, size_t> lastOccurrence;
