@@ -13,6 +13,7 @@
 
 #include <QHash>
 #include <QRegularExpression>
+#include <algorithm>
 
 namespace {
 
@@ -282,15 +283,10 @@ public:
         for (const auto& index : m_db.catalog().indexInfo(m_baseTable)) {
             if (index.name.compare(name, Qt::CaseInsensitive) != 0)
                 continue;
-            QStringList order;
-            for (const auto& f : index.fields)
-                order << QuoteName(f);
-            order << "rowid";
-            load(m_db.readAll("SELECT rowid, * FROM " + QuoteName(m_baseTable) + " ORDER BY " + order.join(", "), true),
-                 m_baseTable);
             m_indexColumns.clear();
             for (const auto& f : index.fields)
                 m_indexColumns.push_back(fieldIndex(f));
+            sortByIndex();
             m_indexName = index.name;
             return;
         }
@@ -351,6 +347,35 @@ public:
         m_deletedCurrent = false;
         m_noMatch = found < 0;
         m_pos = m_noMatch ? n : found; // after a failed seek there is no current record
+        visit();
+    }
+
+    // Orders the rows by the current index's fields (ties by rowid), with the comparison Seek uses.
+    void sortByIndex() {
+        std::vector<size_t> order(m_rows.size());
+        for (size_t i = 0; i < order.size(); ++i)
+            order[i] = i;
+        std::stable_sort(order.begin(), order.end(), [&](size_t a, size_t b) {
+            for (int k : m_indexColumns) {
+                const int c = compareValues(m_rows[a][static_cast<size_t>(k)], m_rows[b][static_cast<size_t>(k)]);
+                if (c != 0)
+                    return c < 0;
+            }
+            return m_rowids[a] < m_rowids[b];
+        });
+        std::vector<std::vector<Value>> rows;
+        std::vector<std::int64_t> rowids;
+        rows.reserve(order.size());
+        rowids.reserve(order.size());
+        for (size_t i : order) {
+            rows.push_back(std::move(m_rows[i]));
+            rowids.push_back(m_rowids[i]);
+        }
+        m_rows = std::move(rows);
+        m_rowids = std::move(rowids);
+        m_pos = 0;
+        m_deletedCurrent = false;
+        m_mode = Mode::None;
         visit();
     }
 

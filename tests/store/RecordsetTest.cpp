@@ -97,6 +97,15 @@ TEST_F(RecordsetTest, SeekOnANamedIndex) {
     rs->Seek("=", {Value("petrol"), Value("2024/02/10")});
     EXPECT_TRUE(rs->NoMatch());
     EXPECT_EQ(errorOf([&] { rs->SetIndex("nosuch"); }), 3800);
+
+    // A row added through the recordset takes its place in the index order.
+    rs->SetIndex("TANKDATUM");
+    addTank(*rs, "Mid", 1, "2024/02/01");
+    rs->MoveFirst();
+    rs->MoveNext();
+    EXPECT_EQ(rs->Field("TankNaam"), Value("Mid"));
+    rs->Seek("=", {Value("2024/02/01")});
+    EXPECT_EQ(rs->Field("TransID"), Value(std::int64_t{4}));
 }
 
 TEST_F(RecordsetTest, EditDeleteAndWalking) {
