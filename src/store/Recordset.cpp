@@ -95,6 +95,12 @@ public:
     }
 
     int fieldIndex(const QString& name) const {
+        // Screens ask by name inside their row loops: a short field list is searched without allocating.
+        if (m_names.size() <= 24) {
+            for (int i = 0; i < m_names.size(); ++i)
+                if (m_names[i].compare(name, Qt::CaseInsensitive) == 0)
+                    return i;
+        }
         auto it = m_nameIndex.find(name.toLower());
         if (it == m_nameIndex.end()) {
             // A qualified name ("voertuig.TransID") finds the field of that table.

@@ -2,6 +2,8 @@
 // counters, and Jet's error numbers.
 #include "StoreFixture.h"
 
+#include <QFile>
+
 namespace {
 
 class DatabaseTest : public StoreFixture {
@@ -66,6 +68,7 @@ TEST_F(DatabaseTest, RecordsAffectedCountsChangedRows) {
     EXPECT_EQ(db->RecordsAffected(), 0);
     db->Execute("delete * from kamer where [desc] = 'OFFICE 1'"); // texts compare case-blind
     EXPECT_EQ(db->RecordsAffected(), 1);
+    EXPECT_EQ(errorOf([&] { db->Execute("update kamer set nosuch = 1"); }), 3061);
 }
 
 TEST_F(DatabaseTest, SelectIntoMakesTheKeyACounterKeepingItsNumbers) {
@@ -168,4 +171,9 @@ TEST_F(DatabaseTest, ReopeningKeepsEverything) {
     EXPECT_EQ(db->TableNames(), QStringList{"kamer"});
     EXPECT_EQ(raw("SELECT count(*) FROM kamer"), "2");
     EXPECT_EQ(errorOf([&] { Database::Open(path() + ".missing", false); }), 3024);
+    QFile junk(path() + ".junk");
+    ASSERT_TRUE(junk.open(QIODevice::WriteOnly));
+    junk.write(QByteArray(4096, 'x'));
+    junk.close();
+    EXPECT_EQ(errorOf([&] { Database::Open(path() + ".junk", false); }), 3343);
 }
