@@ -2,12 +2,14 @@
 // with their messages, driven as a user drives them.
 #include "frmVoerk.h"
 #include "FlexGrid.h"
+#include "Vb.h"
 #include "VehicleTestStore.h"
 #include "frmVoerDet.h"
 
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QDateEdit>
+#include <QDialog>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -346,4 +348,19 @@ TEST_F(VoerkTest, AVehicleIdAbove16BitsCannotBePicked) {
     ASSERT_EQ(m_messages.shown.size(), 1);
     EXPECT_EQ(m_messages.shown[0].text, "You have to select a category first!");
     EXPECT_EQ(m_session.SelectedID, 0); // the pick reads no id, and the list is not refreshed
+}
+
+TEST_F(VoerkTest, ALongCategoryNameIsCutInTheGridAndThenFindsNoCategory) {
+    const QString name = QString("LONG CATEGORY ").repeated(5); // 70 characters
+    exec("insert into voerkat ([desc], hours) values ('" + name + "', 0)");
+    const int cat = scalar("select transid from voerkat where [desc] like 'LONG*'").toInt();
+    addVehicle(cat, "SOLO", "ONE", "S 1", 10, 10, "2025/01/01", "2025/01/01");
+    auto s = openScreen();
+    pickCategory(*s, vb::ProperCase(name));
+    ASSERT_EQ(s->flg->TextMatrix(1, 2), "Solo");
+    EXPECT_EQ(s->flg->TextMatrix(1, 1), vb::ProperCase(name.trimmed()).left(50));
+    pickRow(*s, 1);
+    WhenModalOpens([](QWidget* modal) { static_cast<QDialog*>(modal)->reject(); });
+    QTest::keyClick(s->flg, Qt::Key_Return);
+    EXPECT_EQ(m_session.SelectedCatID, 0);
 }
