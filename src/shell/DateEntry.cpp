@@ -71,6 +71,8 @@ void frmCalen::pick(const QDate& date) {
 
 void OpenCalendar(QWidget* asking, const DatePicked& target) {
     frmCalen calendar(target, asking ? asking->window() : nullptr);
+    if (asking) // placed under the field that asked
+        calendar.move(asking->mapToGlobal(QPoint(0, asking->height())));
     calendar.exec();
 }
 

@@ -290,10 +290,10 @@ void frmMain::buildLayout() {
     sideLayout->addWidget(dtpCDate);
 
     connect(dtpCDate, &QDateEdit::dateChanged, this, [this] { dtpCDate_Change(); });
-    connect(TreeView1, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem* node) {
-        TreeView1_NodeClick(node);
-        TreeView1_MouseUp();
-    });
+    connect(TreeView1, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem* node) { TreeView1_NodeClick(node); });
+    // The release of a button anywhere in the tree acts on the last node clicked, once the tree has taken
+    // the click itself.
+    TreeView1->viewport()->installEventFilter(this);
     // The keyboard reaches the tree as well: Enter on an entry acts as a click on it.
     TreeView1->installEventFilter(this);
 
@@ -325,6 +325,8 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
             return true;
         }
     }
+    if (watched == TreeView1->viewport() && event->type() == QEvent::MouseButtonRelease)
+        QMetaObject::invokeMethod(this, &frmMain::TreeView1_MouseUp, Qt::QueuedConnection);
     return QMainWindow::eventFilter(watched, event);
 }
 
