@@ -356,6 +356,11 @@ TEST_F(JetEmitter, CrosstabFixedHeadingsAndCounts) {
     EXPECT_EQ(m_names[3].toLower(), "toyota"); // both spellings make one column
     EXPECT_EQ(rows[0], QStringList({"1", "2", "<null>", "2"}));
     EXPECT_EQ(rows[1], QStringList({"2", "1", "1", "<null>"})); // an empty cell is Null, also for a count
+    raw("INSERT INTO voertuig VALUES (5, 1, 'Nissan', 'N1', 0, 0, '', '2024/04/01')");
+    rows = query("transform last(regnr) select catid from voertuig group by catid pivot maak");
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(rows[0], QStringList({"1", "N1", "XYZ999"}));     // each cell's own last row
+    EXPECT_EQ(rows[1], QStringList({"2", "<null>", "<null>"})); // Nissan's own row has no registration
 }
 
 TEST_F(JetEmitter, OrderTopAndChangesThroughJoins) {

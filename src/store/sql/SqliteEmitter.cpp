@@ -505,14 +505,19 @@ QString Emitter::call(const Expr& e, Ctx ctx) {
         throw wrongArgs();
     QStringList args;
     const bool aggregate = isAggregateName(name);
+    // First and Last of a cell are the first and last of its own rows, Null included: filter the rows.
+    const bool filtered =
+        aggregate && m_inPivotCell && (name == QLatin1String("first") || name == QLatin1String("last"));
     for (const ExprPtr& a : e.args) {
         QString arg = expr(*a, Ctx::Value);
-        if (aggregate && m_inPivotCell)
+        if (aggregate && m_inPivotCell && !filtered)
             arg = QStringLiteral("CASE WHEN ") + kPivotMark + QStringLiteral(" THEN ") + arg + QStringLiteral(" END");
         args << arg;
     }
     QString out =
         QString::fromLatin1(found->sqlName) + QLatin1Char('(') + args.join(QLatin1Char(',')) + QLatin1Char(')');
+    if (filtered)
+        out += QStringLiteral(" FILTER (WHERE ") + kPivotMark + QLatin1Char(')');
     if (aggregate && name == QLatin1String("count") && m_inPivotCell) // an empty cell is Null, also for count
         out = QStringLiteral("(CASE WHEN count(CASE WHEN ") + kPivotMark +
               QStringLiteral(" THEN 1 END) = 0 THEN NULL ELSE ") + out + QStringLiteral(" END)");
