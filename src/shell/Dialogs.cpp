@@ -16,6 +16,7 @@
 #include <QRadioButton>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace {
 
@@ -121,6 +122,8 @@ void clsOptionDialog::ShowDialog(QWidget* owner, const QString& option1, const Q
     form.Timer1->setInterval(timeLimitMs);
     form.Timer1->setProperty("timeFlag", timeFlag);
     form.setWindowTitle(title);
+    // Wide enough that the title, which carries the question, is read whole.
+    form.setMinimumWidth(std::max(280, form.fontMetrics().horizontalAdvance(title) + 120));
     form.Option1[0]->setText(option1.left(kOptionTextLimit));
     form.Option1[1]->setText(option2.left(kOptionTextLimit));
     if (!option3.isEmpty()) {
