@@ -68,6 +68,9 @@ public:
     QLineEdit* Text3 = nullptr;
     QLineEdit* Text4 = nullptr;
 
+    // Room for the list and most of the grid inside the main window.
+    QSize sizeHint() const override { return QSize(1000, 740); }
+
     int rowCount() const { return m_Rows; }
     int categoryId() const { return m_CatID; }
 
