@@ -1170,15 +1170,13 @@ SqlitePlan Emitter::plan(const Statement& st) {
 
 } // namespace
 
-SqlitePlan EmitSqlite(const Statement& statement, const SchemaCatalog& catalog) {
-    static const QString noSource;
-    Emitter emitter(noSource, catalog);
+SqlitePlan EmitSqlite(const Statement& statement, const QString& source, const SchemaCatalog& catalog) {
+    Emitter emitter(source, catalog);
     return emitter.plan(statement);
 }
 
-QString EmitSqliteCondition(const Expr& expression, const SchemaCatalog& catalog) {
-    static const QString noSource;
-    Emitter emitter(noSource, catalog);
+QString EmitSqliteCondition(const Expr& expression, const QString& source, const SchemaCatalog& catalog) {
+    Emitter emitter(source, catalog);
     return emitter.expr(expression, Emitter::Ctx::Bool);
 }
 
@@ -1186,12 +1184,10 @@ QString EmitSqliteCondition(const Expr& expression, const SchemaCatalog& catalog
 
 SqlitePlan TranslateJet(const QString& statement, const SchemaCatalog& catalog) {
     const jet::Statement parsed = jet::ParseStatement(statement);
-    jet::Emitter emitter(statement, catalog);
-    return emitter.plan(parsed);
+    return jet::EmitSqlite(parsed, statement, catalog);
 }
 
 QString TranslateJetExpression(const QString& expression, const SchemaCatalog& catalog) {
     const jet::ExprPtr parsed = jet::ParseExpression(expression);
-    jet::Emitter emitter(expression, catalog);
-    return emitter.expr(*parsed, jet::Emitter::Ctx::Bool);
+    return jet::EmitSqliteCondition(*parsed, expression, catalog);
 }

@@ -8,9 +8,10 @@
 
 namespace jet {
 
-SqlitePlan EmitSqlite(const Statement& statement, const SchemaCatalog& catalog);
+// source is the statement's text, quoted in error messages.
+SqlitePlan EmitSqlite(const Statement& statement, const QString& source, const SchemaCatalog& catalog);
 
 // A condition (boolean context): FindFirst criteria and the like.
-QString EmitSqliteCondition(const Expr& expression, const SchemaCatalog& catalog);
+QString EmitSqliteCondition(const Expr& expression, const QString& source, const SchemaCatalog& catalog);
 
 } // namespace jet
