@@ -18,6 +18,11 @@ frmInputDialog* inputForm(QWidget* w) {
     return qobject_cast<frmInputDialog*>(w);
 }
 
+// A click on the round mark of the option, where a person aims.
+void clickOption(QRadioButton* option) {
+    QTest::mouseClick(option, Qt::LeftButton, {}, QPoint(8, option->height() / 2));
+}
+
 } // namespace
 
 TEST(OptionDialog, ClickingAnOptionAnswersItsIndexAndLeavesItInDialogOption) {
@@ -30,7 +35,7 @@ TEST(OptionDialog, ClickingAnOptionAnswersItsIndexAndLeavesItInDialogOption) {
         thirdShown = !form->Option1[2]->isHidden();
         EXPECT_FALSE(form->Option1[0]->isChecked()); // no default: nothing selected
         EXPECT_FALSE(form->Option1[1]->isChecked());
-        QTest::mouseClick(form->Option1[1], Qt::LeftButton);
+        clickOption(form->Option1[1]);
     });
     EXPECT_EQ(ShowOptions("Driver - Please Select an Option Below", "Add Driver", "Change Driver Name"), 1);
     EXPECT_EQ(DialogOption, 1);
@@ -62,7 +67,7 @@ TEST(OptionDialog, TextsAreCutAt70AndTheDefaultIsBroughtIntoRange) {
         for (int i = 0; i < 3; ++i)
             if (form->Option1[i]->isChecked())
                 checked = i;
-        QTest::mouseClick(form->Option1[2], Qt::LeftButton);
+        clickOption(form->Option1[2]);
     });
     clsOptionDialog dialog;
     dialog.ShowDialog(nullptr, "a", "b", longText, 9, -5, true, 2500, 1500, "T", QString());

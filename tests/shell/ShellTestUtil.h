@@ -6,10 +6,12 @@
 #include "TempHome.h"
 
 #include <QApplication>
+#include <QPointer>
 #include <QStringList>
 #include <QTimer>
 #include <QWidget>
 #include <functional>
+#include <gtest/gtest.h>
 #include <memory>
 #include <ostream>
 
@@ -21,13 +23,23 @@ inline void PrintTo(const QStringList& l, std::ostream* os) {
     *os << '[' << l.join("; ").toStdString() << ']';
 }
 
-// Runs action on the next modal widget once it is up (polls the event loop of its exec()).
-inline void OnNextModal(std::function<void(QWidget*)> action, int triesLeft = 200) {
+// Runs action on the next modal widget once it is up (polls the event loop of its exec()). A dialog that
+// the action leaves open is a failure and is closed, so that a broken dialog fails the test, never hangs it.
+inline void OnNextModal(std::function<void(QWidget*)> action, int triesLeft = 400) {
     QTimer::singleShot(5, [action = std::move(action), triesLeft]() mutable {
         if (QWidget* modal = QApplication::activeModalWidget()) {
+            QPointer<QWidget> guard(modal);
             action(modal);
+            QTimer::singleShot(3000, [guard] {
+                if (guard && guard->isVisible()) {
+                    ADD_FAILURE() << "a dialog was left open";
+                    guard->close();
+                }
+            });
         } else if (triesLeft > 0) {
             OnNextModal(std::move(action), triesLeft - 1);
+        } else {
+            ADD_FAILURE() << "no dialog came up";
         }
     });
 }
