@@ -179,11 +179,12 @@ QWidget* ShowScreen(const QString& name, bool modal) {
     form->setAttribute(Qt::WA_DeleteOnClose);
     if (area) {
         QMdiSubWindow* sub = area->addSubWindow(form);
-        QPointer<QMdiSubWindow> subGuard(sub);
-        // A form that closes itself takes its frame with it.
+        QPointer<QWidget> subGuard(sub);
+        // A form that closes itself takes its frame with it. When the frame is the one being destroyed
+        // (it takes its form along), it is no longer a QMdiSubWindow by then and is left alone.
         QObject::connect(form, &QObject::destroyed, area, [subGuard] {
-            if (subGuard)
-                subGuard->close();
+            if (auto* frame = qobject_cast<QMdiSubWindow*>(subGuard.data()))
+                frame->close();
         });
         sub->show();
         area->setActiveSubWindow(sub);
