@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QPointer>
 #include <QStringList>
+#include <QTest>
 #include <QTimer>
 #include <QWidget>
 #include <functional>
@@ -29,6 +30,12 @@ inline void OnNextModal(std::function<void(QWidget*)> action, int triesLeft = 40
     QTimer::singleShot(5, [action = std::move(action), triesLeft]() mutable {
         if (QWidget* modal = QApplication::activeModalWidget()) {
             QPointer<QWidget> guard(modal);
+            // Focus only follows keys in an active window; the offscreen platform activates a new window late.
+            modal->activateWindow();
+            if (!QTest::qWaitForWindowActive(modal))
+                ADD_FAILURE() << "the dialog did not become active";
+            if (!guard)
+                return;
             action(modal);
             QTimer::singleShot(3000, [guard] {
                 if (guard && guard->isVisible()) {
