@@ -1,7 +1,11 @@
 #include "QtMessageService.h"
 
+#include "frmMain.h"
+
 #include <QApplication>
+#include <QCoreApplication>
 #include <QMessageBox>
+#include <QTimer>
 
 MsgResult QtMessageService::show(const QString& text, MsgButtons buttons, MsgIcon icon, const QString& title) {
     QMessageBox box(QApplication::activeModalWidget() ? QApplication::activeModalWidget()
@@ -71,4 +75,14 @@ MsgResult QtMessageService::show(const QString& text, MsgButtons buttons, MsgIco
 void ShowRunTimeError(int number, const QString& description) {
     MsgBox(QStringLiteral("Run-time error '%1':\n\n%2").arg(number).arg(description), MsgButtons::Ok, MsgIcon::Critical,
            QStringLiteral("Orvel"));
+}
+
+void EndRunWithError(int number, const QString& description) {
+    ShowRunTimeError(number, description);
+    // Queued, so that the handler that failed returns first and no half-run screen code acts on a closed window.
+    QTimer::singleShot(0, qApp, [] {
+        if (frmMain* main = MainWindow())
+            main->close();
+        QCoreApplication::exit(1);
+    });
 }

@@ -80,9 +80,9 @@ QWidget* makeForm(const ScreenFactory& factory, QWidget* parent) {
     try {
         return factory(parent);
     } catch (const DbError& e) {
-        ShowRunTimeError(e.number(), e.description());
+        EndRunWithError(e.number(), e.description());
     } catch (const VbError& e) {
-        ShowRunTimeError(e.number(), e.description());
+        EndRunWithError(e.number(), e.description());
     }
     return nullptr;
 }

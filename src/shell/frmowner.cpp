@@ -178,11 +178,11 @@ void frmowner::SaveOwner() {
         if (e.number() == kDuplicateKey)
             MsgBox("Daar is reeds 'n eienaar gespesifiseer" + txtname->text() + " !");
         else
-            ShowRunTimeError(e.number(), e.description());
+            EndRunWithError(e.number(), e.description());
         return;
     } catch (const VbError& e) {
         hourglass.restore();
-        ShowRunTimeError(e.number(), e.description());
+        EndRunWithError(e.number(), e.description());
         return;
     }
     m_saved = true;

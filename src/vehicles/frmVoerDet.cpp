@@ -434,7 +434,7 @@ void frmVoerDet::SetNewVehicleDefaults() {
         }
         rs->Close();
     } catch (const DbError& e) {
-        ShowRunTimeError(e.number(), e.description());
+        EndRunWithError(e.number(), e.description());
     }
 }
 
@@ -504,11 +504,11 @@ void frmVoerDet::LoadDetail() {
         rs->Close();
     } catch (const DbError& e) {
         m_Loading = false;
-        ShowRunTimeError(e.number(), e.description());
+        EndRunWithError(e.number(), e.description());
         return;
     } catch (const VbError& e) {
         m_Loading = false;
-        ShowRunTimeError(e.number(), e.description());
+        EndRunWithError(e.number(), e.description());
         return;
     }
     m_Loading = false;

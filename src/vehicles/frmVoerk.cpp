@@ -584,7 +584,7 @@ void frmVoerk::EditCategory() {
         }
         rs->Close();
     } catch (const DbError& e) {
-        ShowRunTimeError(e.number(), e.description());
+        EndRunWithError(e.number(), e.description());
         return;
     }
     Frame2->show();
@@ -614,7 +614,7 @@ void frmVoerk::DeleteCategory() {
             rs->Delete();
         rs->Close();
     } catch (const DbError& e) {
-        ShowRunTimeError(e.number(), e.description());
+        EndRunWithError(e.number(), e.description());
         return;
     }
     LaaiKategorie();
@@ -647,7 +647,7 @@ void frmVoerk::SaveCategory() {
         rs->Update();
         rs->Close();
     } catch (const DbError& e) {
-        ShowRunTimeError(e.number(), e.description());
+        EndRunWithError(e.number(), e.description());
         return;
     }
     LaaiKategorie();
@@ -675,7 +675,7 @@ void frmVoerk::DeleteVehicle() {
             rs->Delete();
         rs->Close();
     } catch (const DbError& e) {
-        ShowRunTimeError(e.number(), e.description());
+        EndRunWithError(e.number(), e.description());
         return;
     }
     list1_Click();
