@@ -10,9 +10,11 @@
 #include <QHash>
 #include <QLocale>
 #include <QProgressBar>
+#include <QStringList>
 #include <algorithm>
 #include <map>
 #include <optional>
+#include <sqlite3.h>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -481,18 +483,23 @@ void FastRecalc::balanceTanks() {
     }
 }
 
-// Undoes an unfinished batch when something other than a store error ends the run.
+// Undoes an unfinished batch, so that a retry starts from what is stored. A commit that failed leaves the
+// store's own transaction open although the layer above counts it closed; it is rolled back here too.
 class TransactionGuard {
 public:
     explicit TransactionGuard(Database& store) : m_db(store) {}
     ~TransactionGuard() {
-        if (m_open) {
-            try {
-                m_db.Rollback();
-            } catch (...) {
-            }
+        if (!m_open)
+            return;
+        try {
+            m_db.Rollback();
+        } catch (...) {
         }
+        if (sqlite3* handle = m_db.handle(); handle && !sqlite3_get_autocommit(handle))
+            sqlite3_exec(handle, "ROLLBACK", nullptr, nullptr, nullptr);
     }
+    TransactionGuard(const TransactionGuard&) = delete;
+    TransactionGuard& operator=(const TransactionGuard&) = delete;
     void opened() { m_open = true; }
     void closed() { m_open = false; }
 
@@ -501,19 +508,24 @@ private:
     bool m_open = false;
 };
 
+// The changed values go in one transaction. A failure anywhere in it undoes the batch before the error box,
+// and the whole batch is written again: the store never keeps half of it.
 void FastRecalc::writeChanges() {
     if (m_writes.empty())
         return;
-    TransactionGuard guard(m_db);
-    guarded([&] { m_db.BeginTrans(); });
-    guard.opened();
-    for (const PendingWrite& w : m_writes) {
-        const QString statement = "UPDATE " + w.table + " SET " + w.column + " = " + Literal(w.value) + " WHERE " +
-                                  w.keyColumn + " = " + Literal(w.key);
-        guarded([&] { m_db.Execute(statement); });
-    }
-    guarded([&] { m_db.CommitTrans(); });
-    guard.closed();
+    QStringList statements;
+    for (const PendingWrite& w : m_writes)
+        statements << "UPDATE " + w.table + " SET " + w.column + " = " + Literal(w.value) + " WHERE " + w.keyColumn +
+                          " = " + Literal(w.key);
+    guarded([&] {
+        TransactionGuard guard(m_db);
+        guard.opened();
+        m_db.BeginTrans();
+        for (const QString& statement : statements)
+            m_db.Execute(statement);
+        m_db.CommitTrans();
+        guard.closed();
+    });
 }
 
 void FastRecalc::run(RecalcSummary& summary) {

@@ -183,7 +183,8 @@ TEST_F(RecalcStore, ALockedStoreGivesTheErrorBoxThenTheRetrySucceeds) {
 
     sqlite3* other = nullptr;
     ASSERT_EQ(sqlite3_open(m_home.storeFile().toUtf8().constData(), &other), SQLITE_OK);
-    ASSERT_EQ(sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+    // Another writer holds the store: reads go on, the balance's write waits and fails.
+    ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
 
     ReleasingMessages messages;
     messages.onFirst = [other] { sqlite3_exec(other, "COMMIT", nullptr, nullptr, nullptr); };
@@ -196,7 +197,7 @@ TEST_F(RecalcStore, ALockedStoreGivesTheErrorBoxThenTheRetrySucceeds) {
     EXPECT_GT(messages.shown[0].text.size(), QString("ERROR in Recalc ").size());
     EXPECT_EQ(messages.shown[0].icon, MsgIcon::Critical);
     EXPECT_EQ(messages.shown[0].title, "Orvel");
-    EXPECT_DOUBLE_EQ(volume(1), 400); // the failed step ran again and the run went on
+    EXPECT_DOUBLE_EQ(volume(1), 400); // the failed write ran again and the run went on
 }
 
 // Every value Recalc writes, row by row, for comparing two stores.
