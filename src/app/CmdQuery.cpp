@@ -63,9 +63,7 @@ int RunQueryCommand(const CommandLine& cl) {
         }
         std::fflush(stdout);
         return 0;
-    } catch (const DbError& e) {
-        return Fail(QString("error %1: %2").arg(e.number()).arg(e.description()));
-    } catch (const VbError& e) {
+    } catch (const NumberedError& e) {
         return Fail(QString("error %1: %2").arg(e.number()).arg(e.description()));
     } catch (const std::exception& e) {
         return Fail(QString::fromUtf8(e.what()));

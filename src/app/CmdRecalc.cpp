@@ -65,9 +65,7 @@ int RunRecalcCommand(const CommandLine& cl) {
         CreateVersionTable(*s.db);
         CheckVersion(*s.db);
         RunSchemaSteps(*s.db);
-    } catch (const DbError& e) {
-        return Fail(QString("error %1: %2").arg(e.number()).arg(e.description()));
-    } catch (const VbError& e) {
+    } catch (const NumberedError& e) {
         return Fail(QString("error %1: %2").arg(e.number()).arg(e.description()));
     }
 

@@ -1,5 +1,7 @@
 #include "Rebate.h"
 
+#include "QtMessageService.h"
+
 #include "MessageService.h"
 #include "QueryHelpers.h"
 #include "Session.h"
@@ -13,9 +15,7 @@ int RebateSetting(int fieldIndex) {
         return static_cast<int>(vb::CInt(Value(text)));
     } catch (const VbError& e) {
         // No handler of its own: the run-time error box, and the program ends.
-        MsgBox("Run-time error '" + QString::number(e.number()) + "':\n\n" + e.description(), MsgButtons::Ok,
-               MsgIcon::Critical, "Orvel");
-        QCoreApplication::exit(e.number());
+        EndRunWithError(e.number(), e.description());
         return 0;
     }
 }

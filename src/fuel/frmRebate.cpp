@@ -1,5 +1,7 @@
 #include "frmRebate.h"
 
+#include "QtMessageService.h"
+
 #include "InputBehaviours.h"
 #include "MessageService.h"
 #include "Rebate.h"
@@ -73,10 +75,8 @@ void frmRebate::lblcmd_Click(int index) {
                          ",rebatesars = " + txtrebatesars->text());
         } catch (const DbError& e) {
             // No handler of its own: the run-time error box, and the program ends with what was stored kept.
-            MsgBox("Run-time error '" + QString::number(e.number()) + "':\n\n" + e.description(), MsgButtons::Ok,
-                   MsgIcon::Critical, "Orvel");
             reject();
-            QCoreApplication::exit(e.number());
+            EndRunWithError(e.number(), e.description());
             return;
         }
         accept();

@@ -1,5 +1,7 @@
 #include "LookupLists.h"
 
+#include "QtMessageService.h"
+
 #include "ComboHelpers.h"
 #include "Dialogs.h"
 #include "MessageService.h"
@@ -34,18 +36,14 @@ const NameListDef& ListOf(int which) {
 // A statement with no handler of its own: the run-time error box, and the program ends with what was
 // stored kept.
 void RunTimeError(int number, const QString& description) {
-    MsgBox("Run-time error '" + QString::number(number) + "':\n\n" + description, MsgButtons::Ok, MsgIcon::Critical,
-           "Orvel");
-    QCoreApplication::exit(number);
+    EndRunWithError(number, description);
 }
 
 bool ExecuteUnprotected(const QString& sql) {
     try {
         db().Execute(sql);
         return true;
-    } catch (const DbError& e) {
-        RunTimeError(e.number(), e.description());
-    } catch (const VbError& e) {
+    } catch (const NumberedError& e) {
         RunTimeError(e.number(), e.description());
     }
     return false;

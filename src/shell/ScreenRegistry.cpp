@@ -79,9 +79,7 @@ QWidget* modalParent() {
 QWidget* makeForm(const ScreenFactory& factory, QWidget* parent) {
     try {
         return factory(parent);
-    } catch (const DbError& e) {
-        EndRunWithError(e.number(), e.description());
-    } catch (const VbError& e) {
+    } catch (const NumberedError& e) {
         EndRunWithError(e.number(), e.description());
     }
     return nullptr;

@@ -359,11 +359,7 @@ bool frmMain::Startup() {
         }
         m_loading = false;
         Label1_Click(2);
-    } catch (const DbError& e) {
-        m_loading = false;
-        ShowRunTimeError(e.number(), e.description());
-        return false;
-    } catch (const VbError& e) {
+    } catch (const NumberedError& e) {
         m_loading = false;
         ShowRunTimeError(e.number(), e.description());
         return false;
@@ -541,9 +537,7 @@ void frmMain::dtpCDate_Change() {
     s.ClosedDate = QDateTime(QDate::fromString(dtpCDate->date().toString("dd/MM/yyyy"), "dd/MM/yyyy"), QTime(0, 0));
     try {
         SaveClosedDate(s);
-    } catch (const DbError& e) {
-        EndWithRunTimeError(e.number(), e.description());
-    } catch (const VbError& e) {
+    } catch (const NumberedError& e) {
         EndWithRunTimeError(e.number(), e.description());
     }
 }

@@ -288,11 +288,13 @@ void Database::BeginTrans() {
 void Database::CommitTrans() {
     if (m_impl->transactionDepth == 0)
         throw DbError(3034, "You tried to commit or rollback a transaction without first beginning a transaction.");
-    --m_impl->transactionDepth;
-    if (m_impl->transactionDepth == 0)
+    // The depth drops only once the commit has gone through, so that a failed commit can still be rolled back.
+    const int depth = m_impl->transactionDepth - 1;
+    if (depth == 0)
         m_impl->exec("COMMIT");
     else
-        m_impl->exec(QString("RELEASE orvel_trans_%1").arg(m_impl->transactionDepth));
+        m_impl->exec(QString("RELEASE orvel_trans_%1").arg(depth));
+    m_impl->transactionDepth = depth;
 }
 
 void Database::Rollback() {

@@ -1,6 +1,7 @@
 #pragma once
 // The one open store. Statements are written in the Jet dialect and run on SQLite (see sql/).
 
+#include "NumberedError.h"
 #include "Value.h"
 
 #include <QString>
@@ -14,19 +15,9 @@ struct sqlite3;
 // 3265 item not found in this collection, 3010 table exists, 3191 field defined twice, 3284 index exists,
 // 3075/3000 syntax, 3061 unknown name, 3021 no current record, 3020 update without AddNew or Edit,
 // 11 division by zero.
-class DbError : public std::exception {
+class DbError : public NumberedError {
 public:
-    DbError(int number, QString description) : m_number(number), m_description(std::move(description)) {
-        m_what = m_description.toStdString();
-    }
-    int number() const { return m_number; }
-    const QString& description() const { return m_description; }
-    const char* what() const noexcept override { return m_what.c_str(); }
-
-private:
-    int m_number;
-    QString m_description;
-    std::string m_what;
+    using NumberedError::NumberedError;
 };
 
 // DAO's numbers: dbOpenTable 1, dbOpenDynaset 2, dbOpenSnapshot 4. Default picks table type for a

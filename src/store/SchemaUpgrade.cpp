@@ -16,10 +16,7 @@ namespace {
 template <typename Body> void RunStepBody(Body body, QString* failure = nullptr) {
     try {
         body();
-    } catch (const DbError& e) {
-        if (failure)
-            *failure = e.description();
-    } catch (const VbError& e) {
+    } catch (const NumberedError& e) {
         if (failure)
             *failure = e.description();
     } catch (const std::exception& e) {

@@ -1,6 +1,8 @@
 #pragma once
 // A VB-style variant: what a field, a parameter or a cell holds.
 
+#include "NumberedError.h"
+
 #include <QDateTime>
 #include <QString>
 #include <cstdint>
@@ -80,21 +82,10 @@ private:
         bool operator==(const NullTag&) const { return true; }
     };
     std::variant<std::monostate, NullTag, bool, std::int64_t, double, Currency, QDateTime, QString> m_data;
-
 };
 
 // VB's run-time errors raised by conversions (13 type mismatch, 6 overflow, 11 division by zero).
-class VbError : public std::exception {
+class VbError : public NumberedError {
 public:
-    VbError(int number, QString description) : m_number(number), m_description(std::move(description)) {
-        m_what = m_description.toStdString();
-    }
-    int number() const { return m_number; }
-    const QString& description() const { return m_description; }
-    const char* what() const noexcept override { return m_what.c_str(); }
-
-private:
-    int m_number;
-    QString m_description;
-    std::string m_what;
+    using NumberedError::NumberedError;
 };

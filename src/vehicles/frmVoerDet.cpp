@@ -502,11 +502,7 @@ void frmVoerDet::LoadDetail() {
         if (!engine.isNull() && !engine.toString().isEmpty())
             txtEnj->setText(engine.toString());
         rs->Close();
-    } catch (const DbError& e) {
-        m_Loading = false;
-        EndRunWithError(e.number(), e.description());
-        return;
-    } catch (const VbError& e) {
+    } catch (const NumberedError& e) {
         m_Loading = false;
         EndRunWithError(e.number(), e.description());
         return;
@@ -655,10 +651,7 @@ void frmVoerDet::SaveVehicle() {
         rs->Update();
         s.LastVehicleID = static_cast<int>(rs->Field("TransID").toLong());
         rs->Close();
-    } catch (const DbError& e) {
-        MsgBox("ERROR in SaveVehicle " + e.description());
-        return;
-    } catch (const VbError& e) {
+    } catch (const NumberedError& e) {
         MsgBox("ERROR in SaveVehicle " + e.description());
         return;
     }

@@ -23,6 +23,7 @@
 //     REPORT_Workbook_Terminate();
 
 #include "Database.h"
+#include "NumberedError.h"
 #include "Value.h"
 
 #include <QString>
@@ -34,19 +35,9 @@
 
 // A refusal by the workbook, numbered as the spreadsheet program numbers it: 1004 for a refused name, value
 // or range, 9 for a sheet index out of range, 91 for a reference that is not set, 13 for a type mismatch.
-class XlError : public std::exception {
+class XlError : public NumberedError {
 public:
-    XlError(int number, QString description) : m_number(number), m_description(std::move(description)) {
-        m_what = m_description.toStdString();
-    }
-    int number() const { return m_number; }
-    const QString& description() const { return m_description; }
-    const char* what() const noexcept override { return m_what.c_str(); }
-
-private:
-    int m_number;
-    QString m_description;
-    std::string m_what;
+    using NumberedError::NumberedError;
 };
 
 // An object reference as the callers hold it: using one that is not set throws XlError 91, as the
