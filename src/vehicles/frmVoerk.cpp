@@ -71,6 +71,8 @@ frmVoerk::frmVoerk(QWidget* parent) : QWidget(parent) {
     setWindowTitle("Vehicles");
     buildScreen();
     connectHandlers();
+    // Wide enough for the grid's columns without scrolling beside the navigation panel at 1280 pixels.
+    resize(1000, 680);
     {
         Hourglass hourglass;
         LaaiKategorie();
