@@ -1,5 +1,7 @@
 #include "CommandLine.h"
 
+#include "BatchSession.h"
+
 #include "MessageService.h"
 #include "Recalc.h"
 #include "Session.h"
@@ -8,13 +10,6 @@
 #include <cstdio>
 
 namespace {
-
-struct SessionScope {
-    explicit SessionScope(Session& s) { SetCurrentSession(&s); }
-    ~SessionScope() { SetCurrentSession(nullptr); }
-    SessionScope(const SessionScope&) = delete;
-    SessionScope& operator=(const SessionScope&) = delete;
-};
 
 struct GaveUp {
     QString message;
@@ -43,31 +38,15 @@ private:
     int m_repeats = 0;
 };
 
-int Fail(const QString& reason) {
-    std::fprintf(stderr, "orvel recalc: %s\n", qPrintable(reason));
-    return 1;
-}
-
 } // namespace
 
 int RunRecalcCommand(const CommandLine& cl) {
     if (!cl.args.isEmpty())
-        return Fail("recalc takes no arguments");
-    Session s;
-    s.home = cl.home;
-    SessionScope scope(s);
-    if (!AcquireInstanceLock(s)) {
-        std::fprintf(stderr, "The Orvel Module is already open!\n");
-        return 1;
-    }
-    try {
-        OpenSessionStore(s);
-        CreateVersionTable(*s.db);
-        CheckVersion(*s.db);
-        RunSchemaSteps(*s.db);
-    } catch (const NumberedError& e) {
-        return Fail(QString("error %1: %2").arg(e.number()).arg(e.description()));
-    }
+        return FailCommand("recalc", "recalc takes no arguments");
+    BatchSession batch(cl);
+    if (const QString reason = batch.open(false); !reason.isEmpty())
+        return FailCommand("recalc", reason);
+    Session& s = batch.session;
 
     BatchMessages messages;
     RecalcSummary summary;
@@ -75,7 +54,7 @@ int RunRecalcCommand(const CommandLine& cl) {
     try {
         ok = Recalc(*s.db, nullptr, false, &summary);
     } catch (const GaveUp& g) {
-        return Fail("gave up after the same error kept coming back: " + g.message);
+        return FailCommand("recalc", "gave up after the same error kept coming back: " + g.message);
     }
     std::printf("recalc: %d vehicles, %d fuel rows, %d stock takes, %d tanks; %d values rewritten; %s\n",
                 summary.vehicles, summary.fuelRows, summary.stockTakes, summary.tanks, summary.valuesWritten,
