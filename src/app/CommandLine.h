@@ -6,10 +6,10 @@
 #include <QStringList>
 
 struct CommandLine {
-    QString home;        // resolved home folder
-    QString subcommand;  // empty for the desktop program
-    QStringList args;    // what follows the subcommand
-    QString error;       // set when the words could not be read
+    QString home;       // resolved home folder
+    QString subcommand; // empty for the desktop program
+    QStringList args;   // what follows the subcommand
+    QString error;      // set when the words could not be read
 };
 
 CommandLine ParseCommandLine(const QStringList& arguments, const QString& programFolder);
