@@ -18,8 +18,14 @@ QString ResolveHomeFolder(const QString& homeOption, const QString& programFolde
     return QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation);
 }
 
-void SetHomeFolder(const QString& home) { g_home = home; }
+void SetHomeFolder(const QString& home) {
+    g_home = home;
+}
 
-QString HomeFolder() { return g_home; }
+QString HomeFolder() {
+    return g_home;
+}
 
-QString DataPathOf(const QString& home) { return QDir(home).absolutePath() + "/Databases/"; }
+QString DataPathOf(const QString& home) {
+    return QDir(home).absolutePath() + "/Databases/";
+}

@@ -20,6 +20,10 @@ MessageService* g_current = &g_console;
 
 } // namespace
 
-MessageService& MessageService::instance() { return *g_current; }
+MessageService& MessageService::instance() {
+    return *g_current;
+}
 
-void MessageService::setInstance(MessageService* service) { g_current = service ? service : &g_console; }
+void MessageService::setInstance(MessageService* service) {
+    g_current = service ? service : &g_console;
+}

@@ -42,4 +42,6 @@ struct Session {
 // The session of this run. The program makes one at start; tests make their own and set it.
 Session& CurrentSession();
 void SetCurrentSession(Session* session);
-inline Database& db() { return *CurrentSession().db; }
+inline Database& db() {
+    return *CurrentSession().db;
+}

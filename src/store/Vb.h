@@ -9,9 +9,9 @@
 
 namespace vb {
 
-double Val(const QString& text);       // "1 234.50" -> 1234.5, "12abc" -> 12, "abc" -> 0, "&H10" -> 16
-double Val(const Value& value);        // Null -> error 94 (invalid use of Null)
-Currency CCur(const Value& value);     // half to even at four decimals
+double Val(const QString& text);   // "1 234.50" -> 1234.5, "12abc" -> 12, "abc" -> 0, "&H10" -> 16
+double Val(const Value& value);    // Null -> error 94 (invalid use of Null)
+Currency CCur(const Value& value); // half to even at four decimals
 double CDbl(const Value& value);
 std::int64_t CInt(const Value& value); // half to even; error 6 outside 16 bits
 std::int64_t CLng(const Value& value); // half to even; error 6 outside 32 bits
