@@ -203,3 +203,11 @@ bool IsDateClosed(const QDateTime& entered, const QDateTime& closedDate) {
            "Closed date");
     return true;
 }
+
+std::unique_ptr<Recordset> SeekTable(Database& db, const QString& table, const QString& index,
+                                     const std::vector<Value>& keys) {
+    auto rs = db.OpenRecordset(table, RecordsetType::Table);
+    rs->SetIndex(index);
+    rs->Seek("=", keys);
+    return rs;
+}

@@ -6,6 +6,8 @@
 
 #include <QString>
 #include <QStringList>
+#include <memory>
+#include <vector>
 
 QString GetScalar(Database& db, const QString& sql, const QString& defaultValue, int fieldIndex = 0,
                   const QString& errorDefault = QString());
@@ -16,6 +18,10 @@ QString TableExists(Database& db, const QString& name);
 QString FieldExists(Database& db, const QString& table, const QString& field);
 QString TrimToLastDelimiter(const QString& text, const QString& delimiter);
 int CountRecords(Recordset& rs);
+
+// A table-type recordset on `table`, positioned by a seek for `keys` on the named index; NoMatch tells.
+std::unique_ptr<Recordset> SeekTable(Database& db, const QString& table, const QString& index,
+                                     const std::vector<Value>& keys);
 QString PercentOfTotal(double total, double part, int decimals, double minimum, double fallback, bool asPercent);
 int FindInCollection(const QStringList& collection, const QString& value, bool exact, bool leadingWildcard);
 QStringList CollectionFromQuery(Database& db, const QString& sql, int fieldIndex, bool unique);

@@ -114,7 +114,7 @@ void frmVoerDet::buildScreen() {
     SSTab1->setObjectName("SSTab1");
     SSTab1->addTab(buildVehiclePage(), "&Vehicle Information");
     SSTab1->addTab(buildAdditionalPage(), "Additional Information");
-    SSTab1->addTab(buildSpecificationsPage(), "Specifications");
+    SSTab1->addTab(buildSizesPage(), "Specifications");
     left->addWidget(SSTab1, 1);
 
     auto* buttons = new QHBoxLayout;
@@ -293,7 +293,7 @@ QWidget* frmVoerDet::buildAdditionalPage() {
     return page;
 }
 
-QWidget* frmVoerDet::buildSpecificationsPage() {
+QWidget* frmVoerDet::buildSizesPage() {
     auto* page = new QWidget(SSTab1);
     auto* form = new QFormLayout(page);
     form->setLabelAlignment(Qt::AlignRight);
@@ -417,9 +417,7 @@ void frmVoerDet::SetNewVehicleDefaults() {
     // The odometer kind comes from the category the vehicle is added under.
     const int category = CurrentSession().SelectedID;
     try {
-        auto rs = db().OpenRecordset("voerkat", RecordsetType::Table);
-        rs->SetIndex("PrimaryKey");
-        rs->Seek("=", {Value(category)});
+        auto rs = SeekTable(db(), "voerkat", "PrimaryKey", {Value(category)});
         if (!rs->NoMatch()) {
             const bool hours = rs->Field("Hours").toBool();
             Opt1[1]->setChecked(hours);
@@ -442,9 +440,7 @@ void frmVoerDet::LoadDetail() {
     Hourglass hourglass;
     m_Loading = true;
     try {
-        auto rs = db().OpenRecordset("voertuig", RecordsetType::Table);
-        rs->SetIndex("PrimaryKey");
-        rs->Seek("=", {Value(CurrentSession().SelectedID)});
+        auto rs = SeekTable(db(), "voertuig", "PrimaryKey", {Value(CurrentSession().SelectedID)});
         if (rs->NoMatch()) {
             rs->Close();
             m_Loading = false;

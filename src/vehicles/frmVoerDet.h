@@ -81,7 +81,7 @@ private:
     void buildScreen();
     QWidget* buildVehiclePage();
     QWidget* buildAdditionalPage();
-    QWidget* buildSpecificationsPage();
+    QWidget* buildSizesPage();
     void connectHandlers();
 
     void optRebate_Click();

@@ -576,9 +576,7 @@ void frmVoerk::EditCategory() {
     txtKAT->setText(item->text());
     m_CatID = item->data(Qt::UserRole).toInt();
     try {
-        auto rs = db().OpenRecordset("voerkat", RecordsetType::Table);
-        rs->SetIndex("PrimaryKey");
-        rs->Seek("=", {Value(m_CatID)});
+        auto rs = SeekTable(db(), "voerkat", "PrimaryKey", {Value(m_CatID)});
         if (!rs->NoMatch()) {
             const bool hours = rs->Field("Hours").toBool();
             Opt1[1]->setChecked(hours);
@@ -600,18 +598,14 @@ void frmVoerk::DeleteCategory() {
         return;
     try {
         Hourglass hourglass;
-        auto vehicles = db().OpenRecordset("Voertuig", RecordsetType::Table);
-        vehicles->SetIndex("VID");
-        vehicles->Seek("=", {Value(m_CatID)});
+        auto vehicles = SeekTable(db(), "Voertuig", "VID", {Value(m_CatID)});
         if (!vehicles->NoMatch()) {
             vehicles->Close();
             MsgBox("This catagory is still in use. Action cancelled.", MsgButtons::Ok, MsgIcon::Critical, "Vehicles");
             return;
         }
         vehicles->Close();
-        auto rs = db().OpenRecordset("voerkat", RecordsetType::Table);
-        rs->SetIndex("PrimaryKey");
-        rs->Seek("=", {Value(m_CatID)});
+        auto rs = SeekTable(db(), "voerkat", "PrimaryKey", {Value(m_CatID)});
         if (!rs->NoMatch())
             rs->Delete();
         rs->Close();
@@ -637,9 +631,7 @@ void frmVoerk::SaveCategory() {
     }
     try {
         Hourglass hourglass;
-        auto rs = db().OpenRecordset("voerkat", RecordsetType::Table);
-        rs->SetIndex("PrimaryKey");
-        rs->Seek("=", {Value(m_CatID)});
+        auto rs = SeekTable(db(), "voerkat", "PrimaryKey", {Value(m_CatID)});
         if (rs->NoMatch())
             rs->AddNew();
         else
@@ -670,9 +662,7 @@ void frmVoerk::DeleteVehicle() {
         return;
     try {
         Hourglass hourglass;
-        auto rs = db().OpenRecordset("voertuig", RecordsetType::Table);
-        rs->SetIndex("PrimaryKey");
-        rs->Seek("=", {Value(id)});
+        auto rs = SeekTable(db(), "voertuig", "PrimaryKey", {Value(id)});
         if (!rs->NoMatch())
             rs->Delete();
         rs->Close();
@@ -770,10 +760,7 @@ void frmVoerk::lblPrint_Click() {
         }
         REPORT_SaveReport(xlApp, "Vehicles", "Vehicle Category");
         REPORT_HideExcel(xlApp, false);
-    } catch (const XlError& e) {
-        hourglass.restore();
-        MsgBox("ERROR in lblPrint_Click " + e.description());
-    } catch (const DbError& e) {
+    } catch (const NumberedError& e) {
         hourglass.restore();
         MsgBox("ERROR in lblPrint_Click " + e.description());
     }
