@@ -25,7 +25,7 @@ QString BatchSession::open(bool probeOwner) {
             OwnerProbe(*session.db);
             session.ClosedDate = GetClosedDate(*session.db);
         }
-        RunSchemaSteps(*session.db);
+        RunStartupSteps(*session.db);
     } catch (const NumberedError& e) {
         return QString("error %1: %2").arg(e.number()).arg(e.description());
     } catch (const std::exception& e) {

@@ -349,7 +349,7 @@ bool frmMain::Startup() {
             const QSignalBlocker block(dtpCDate); // showing the stored date is no change to save
             dtpCDate->setDate(s.ClosedDate.date());
         }
-        RunSchemaSteps(*s.db);
+        RunStartupSteps(*s.db);
         TodayText = QDate::currentDate().toString("yyyy/MM/dd");
         if (CurrentReminderSqlBuilder()) {
             s.ReminderKind = "vehicle";

@@ -122,6 +122,18 @@ void DatabaseImpl::exec(const QString& sql) const {
     }
 }
 
+std::array<std::int64_t, 3> DatabaseImpl::StoreStamp() const {
+    auto pragma = [&](const char* sql) {
+        std::int64_t v = 0;
+        sqlite3_stmt* s = nullptr;
+        if (sqlite3_prepare_v2(m_db, sql, -1, &s, nullptr) == SQLITE_OK && sqlite3_step(s) == SQLITE_ROW)
+            v = sqlite3_column_int64(s, 0);
+        sqlite3_finalize(s);
+        return v;
+    };
+    return {sqlite3_total_changes64(m_db), pragma("PRAGMA data_version"), pragma("PRAGMA schema_version")};
+}
+
 ResultSet DatabaseImpl::readAll(const QString& sql, bool withRowid, const QStringList& typeHints) const {
     Statement s = prepare(sql);
     ResultSet r;
@@ -184,7 +196,8 @@ std::unique_ptr<Database> Database::Open(const QString& path, bool createIfMissi
     if (createIfMissing)
         QDir().mkpath(info.absolutePath());
     sqlite3* handle = nullptr;
-    const int flags = SQLITE_OPEN_READWRITE | (createIfMissing ? SQLITE_OPEN_CREATE : 0);
+    // One connection used by one thread: SQLite need not lock its own structures on every call.
+    const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (createIfMissing ? SQLITE_OPEN_CREATE : 0);
     const int rc = sqlite3_open_v2(QFile::encodeName(path).constData(), &handle, flags, nullptr);
     if (rc != SQLITE_OK) {
         const QString message =
@@ -345,4 +358,58 @@ bool Database::Repair(QString* reason) {
             *reason = e.description();
         return false;
     }
+}
+
+// ---- RowView ----
+
+int RowView::columnCount() const {
+    return sqlite3_column_count(m_s);
+}
+bool RowView::isNull(int column) const {
+    return sqlite3_column_type(m_s, column) == SQLITE_NULL;
+}
+bool RowView::isText(int column) const {
+    return sqlite3_column_type(m_s, column) == SQLITE_TEXT;
+}
+bool RowView::isNumber(int column) const {
+    const int t = sqlite3_column_type(m_s, column);
+    return t == SQLITE_INTEGER || t == SQLITE_FLOAT;
+}
+double RowView::number(int column) const {
+    return sqlite3_column_double(m_s, column);
+}
+std::int64_t RowView::integer(int column) const {
+    return sqlite3_column_int64(m_s, column);
+}
+QByteArray RowView::utf8(int column) const {
+    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(m_s, column));
+    return QByteArray::fromRawData(text ? text : "", sqlite3_column_bytes(m_s, column));
+}
+const JetType& RowView::type(int column) const {
+    return (*m_types)[static_cast<size_t>(column)];
+}
+Value RowView::value(int column) const {
+    return ReadColumnValue(m_s, column, (*m_types)[static_cast<size_t>(column)]);
+}
+
+void Database::ForEachRow(const QString& statement, const std::function<void(const RowView&)>& visit) {
+    const SqlitePlan plan = TranslateJet(statement, m_impl->catalog());
+    if (plan.kind != SqlitePlan::Kind::Query)
+        throw DbError(3219, "Invalid operation.");
+    Statement s = m_impl->prepare(plan.sql);
+    std::vector<JetType> types;
+    const int count = sqlite3_column_count(s);
+    for (int c = 0; c < count; ++c) {
+        const char* decl = sqlite3_column_decltype(s, c);
+        const QString hint = plan.columnTypes.value(c);
+        types.push_back(decl             ? JetTypeFromDeclared(QString::fromUtf8(decl))
+                        : hint.isEmpty() ? JetType{}
+                                         : JetTypeFromWord(hint));
+    }
+    const RowView row(s, &types);
+    int rc;
+    while ((rc = sqlite3_step(s)) == SQLITE_ROW)
+        visit(row);
+    if (rc != SQLITE_DONE)
+        m_impl->fail(rc, statement);
 }

@@ -6,10 +6,13 @@
 
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <memory>
 #include <vector>
 
 struct sqlite3;
+struct sqlite3_stmt;
+struct JetType;
 
 // An engine error with Jet's number where there is one: 3022 duplicate key, 3078 no such table,
 // 3265 item not found in this collection, 3010 table exists, 3191 field defined twice, 3284 index exists,
@@ -84,6 +87,26 @@ private:
     std::unique_ptr<RecordsetImpl> m_impl;
 };
 
+// A row of a statement read in place, as SQLite holds it: for loops over many rows that need no Value of each
+// field. Valid only inside the visit that received it.
+class RowView {
+public:
+    RowView(sqlite3_stmt* statement, const std::vector<JetType>* types) : m_s(statement), m_types(types) {}
+    int columnCount() const;
+    bool isNull(int column) const;
+    bool isText(int column) const;   // held as text (a text, or a number a text column keeps)
+    bool isNumber(int column) const; // held as an integer or a floating-point number
+    double number(int column) const; // a number as it is held (0 for Null; a text as SQLite reads it)
+    std::int64_t integer(int column) const;
+    QByteArray utf8(int column) const; // the text without a copy; valid for this visit only
+    Value value(int column) const;     // what a recordset field would give
+    const JetType& type(int column) const;
+
+private:
+    sqlite3_stmt* m_s;
+    const std::vector<JetType>* m_types;
+};
+
 class DatabaseImpl;
 
 class Database {
@@ -103,6 +126,9 @@ public:
     bool ReturnsRows(const QString& statement) const;
 
     std::unique_ptr<Recordset> OpenRecordset(const QString& source, RecordsetType type = RecordsetType::Default);
+    // Runs a select in the dialect and hands each row to visit as SQLite reads it, without keeping any. For the
+    // routines that walk whole tables; screens use recordsets. Throws DbError.
+    void ForEachRow(const QString& statement, const std::function<void(const RowView&)>& visit);
 
     // Schema reading: user tables only (never SQLite's own), fields in their order, named indexes.
     QStringList TableNames() const;

@@ -6,6 +6,8 @@
 #include "SqliteCatalog.h"
 
 #include <QString>
+#include <array>
+#include <map>
 #include <memory>
 #include <sqlite3.h>
 #include <vector>
@@ -70,6 +72,17 @@ public:
 
     int recordsAffected = 0;
     int transactionDepth = 0;
+
+    // Whether a table holds any value of another class than its column's type keeps, as one scan found it; valid
+    // while nothing has written to the store since (see StoreStamp).
+    struct ForeignValueScan {
+        std::array<std::int64_t, 3> stamp{-1, -1, -1};
+        size_t columns = 0;
+        bool anyForeign = false;
+    };
+    std::map<QString, ForeignValueScan> foreignScans; // lower-case table name
+    // Changes by this connection, changes by any other, and the schema's version: equal stamps, the same store.
+    std::array<std::int64_t, 3> StoreStamp() const;
 
 private:
     sqlite3* m_db;

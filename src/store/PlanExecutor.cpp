@@ -57,6 +57,16 @@ bool hasCounter(const std::vector<ColumnInfo>& columns) {
     return false;
 }
 
+// Whether the value SQLite holds is of another class than the type keeps (a text in a number column).
+bool ForeignStorage(sqlite3_stmt* statement, int column, const JetType& type) {
+    const int storage = sqlite3_column_type(statement, column);
+    if (storage == SQLITE_NULL)
+        return false;
+    if (type.isNumeric() || type.kind == JetKind::Bit)
+        return storage == SQLITE_TEXT || storage == SQLITE_BLOB;
+    return false;
+}
+
 // Makes the table anew with the given columns, copying each row with its values converted to the new
 // types (a value that does not convert becomes Null, a Yes/No No), and keeps the table's indexes.
 // sources[i] is the old column of new column i, or -1 for a new column.
@@ -109,7 +119,7 @@ void rebuildTable(DatabaseImpl& impl, const QString& table, const std::vector<Co
             const JetType& from = oldColumns[static_cast<size_t>(source)].type;
             const JetType& to = newColumns[i].type;
             Value v = ReadColumnValue(read, source, from);
-            if (from.kind != to.kind) {
+            if (from.kind != to.kind || ForeignStorage(read, source, to)) {
                 try {
                     v = ConvertForColumn(v, to);
                 } catch (const DbError&) {
@@ -398,17 +408,92 @@ void AddColumn(DatabaseImpl& impl, const QString& table, const JetColumnSpec& co
     impl.exec("ALTER TABLE " + QuoteName(stored) + " ADD COLUMN " + columnSql(column.name, type, false, QString()));
 }
 
+namespace {
+
+// A condition that holds for a stored value the column's type would have to convert: a text (or a fraction in a
+// whole-number column) where a number belongs, or a datetime text not in the store's own form. Plain comparisons,
+// no function calls, so that a scan stays close to SQLite's own speed: numbers sort below every text.
+QString ForeignValueCondition(const QString& column, const JetType& type) {
+    const QString c = QuoteName(column);
+    switch (type.kind) {
+    case JetKind::Short:
+    case JetKind::Long:
+    case JetKind::Counter:
+    case JetKind::Bit:
+        return c + " <> CAST(" + c + " AS INTEGER)";
+    case JetKind::Single:
+    case JetKind::Double:
+    case JetKind::Currency:
+        return c + " >= ''";
+    case JetKind::DateTime:
+        return c + " IS NOT NULL AND NOT (typeof(" + c + ") = 'text' AND " + c +
+               " GLOB '[0-9][0-9][0-9][0-9]-[0-9][0-9]-[0-9][0-9] [0-9][0-9]:[0-9][0-9]:[0-9][0-9]')";
+    case JetKind::Text:
+    case JetKind::Memo:
+    case JetKind::Unknown:
+        break;
+    }
+    return QString(); // a text column takes any value as text
+}
+
+bool AnyRowWhere(DatabaseImpl& impl, const QString& table, const QString& condition) {
+    Statement probe = impl.prepare("SELECT 1 FROM " + QuoteName(table) + " WHERE " + condition + " LIMIT 1");
+    const int rc = sqlite3_step(probe);
+    if (rc != SQLITE_ROW && rc != SQLITE_DONE)
+        impl.fail(rc, "scan of " + table);
+    return rc == SQLITE_ROW;
+}
+
+// Whether any stored value of the column is one its type would have to convert. One scan answers for every column
+// of the table, and the answer stands until the store changes: the start checks six columns of the fuel table.
+bool HoldsForeignValue(DatabaseImpl& impl, const QString& table, int column) {
+    const std::vector<ColumnInfo>& columns = impl.catalog().columnInfo(table);
+    const QString own =
+        ForeignValueCondition(columns[static_cast<size_t>(column)].name, columns[static_cast<size_t>(column)].type);
+    if (own.isEmpty())
+        return false;
+    DatabaseImpl::ForeignValueScan& scan = impl.foreignScans[table.toLower()];
+    const auto stamp = impl.StoreStamp();
+    if (scan.stamp != stamp || scan.columns != columns.size()) {
+        QStringList conditions;
+        for (const ColumnInfo& c : columns)
+            if (const QString condition = ForeignValueCondition(c.name, c.type); !condition.isEmpty())
+                conditions << "(" + condition + ")";
+        scan.anyForeign = AnyRowWhere(impl, table, conditions.join(" OR "));
+        scan.stamp = stamp;
+        scan.columns = columns.size();
+    }
+    // A table found clean answers for each column; otherwise the column is asked on its own (a rebuild follows).
+    return scan.anyForeign && AnyRowWhere(impl, table, own);
+}
+
+// Whether changing the column to the given definition would leave the table as it is: the same type, width and
+// Null rule, no default to drop, and no stored value to convert.
+bool AlterChangesNothing(DatabaseImpl& impl, const QString& table, int at, const JetType& type, bool notNull) {
+    const ColumnInfo& now = impl.catalog().columnInfo(table)[static_cast<size_t>(at)];
+    const bool sameType = now.type.kind == type.kind && (type.kind != JetKind::Text || now.type.size == type.size);
+    const bool noDefault = now.defaultSql.isEmpty() || type.kind == JetKind::Bit;
+    if (!sameType || now.notNull != notNull || !noDefault || now.primaryKey)
+        return false;
+    return !HoldsForeignValue(impl, table, at);
+}
+
+} // namespace
+
 void AlterColumn(DatabaseImpl& impl, const QString& table, const JetColumnSpec& column) {
     const QString stored = impl.requireTable(table, 3376);
     const int at = impl.catalog().columnIndex(stored, column.name);
     if (at < 0)
         throw itemNotFound();
     std::vector<ColumnInfo> columns = impl.catalog().columnInfo(stored);
+    const JetType type = JetTypeOfSpec(column);
+    if (AlterChangesNothing(impl, stored, at, type, column.notNull))
+        return; // the start runs its type repairs every time: a column already right is only checked
     std::vector<int> sources;
     for (size_t i = 0; i < columns.size(); ++i)
         sources.push_back(static_cast<int>(i));
     ColumnInfo& changed = columns[static_cast<size_t>(at)];
-    changed.type = JetTypeOfSpec(column);
+    changed.type = type;
     changed.notNull = column.notNull;
     changed.defaultSql.clear();
     rebuildTable(impl, stored, columns, sources);

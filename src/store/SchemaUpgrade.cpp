@@ -25,6 +25,8 @@ template <typename Body> void RunStepBody(Body body, QString* failure = nullptr)
     }
 }
 
+bool g_stepShowedFailure = false; // set by the one step that shows its failure
+
 // Steps 2 and 15 try every statement whatever the last one did.
 void ExecuteIgnoringErrors(Database& db, const QString& statement) {
     RunStepBody([&] { db.Execute(statement); });
@@ -291,8 +293,10 @@ void Formload_AddTables(Database& db) {
             failed = false;
         },
         &failure);
-    if (failed)
+    if (failed) {
+        g_stepShowedFailure = true;
         MsgBox("ERROR in Formload_AddTables " + failure, MsgButtons::Ok);
+    }
 }
 
 void ConvertEquipmentQuantity(Database& db) {
@@ -379,9 +383,10 @@ void AddCostTypes(Database& db) {
     });
 }
 
-void RunSchemaSteps(Database& db) {
+bool RunSchemaSteps(Database& db) {
     // Each statement stands or falls alone, as before; the transaction only saves a disk flush per
     // statement, and a start cut short by a crash leaves the store as it was.
+    g_stepShowedFailure = false;
     db.BeginTrans();
     try {
         AddFuelSupplierTable(db);
@@ -406,4 +411,5 @@ void RunSchemaSteps(Database& db) {
         throw;
     }
     db.CommitTrans();
+    return !g_stepShowedFailure;
 }

@@ -2,6 +2,7 @@
 
 #include "HomeFolder.h"
 #include "OlderSchema.h"
+#include "StoreFacts.h"
 #include "Vb.h"
 
 #include <QDir>
@@ -85,6 +86,17 @@ void SaveClosedDate(Session& s) {
     rs->SetField("TeDate", Value(s.ClosedDate));
     rs->Update();
     rs->Close();
+}
+
+void RunStartupSteps(Database& db) {
+    const QString file = db.Path();
+    const StoreFingerprint before = FingerprintOf(file);
+    const StoreFacts known = ReadStoreFacts(file);
+    if (known.stepsChangeNothing)
+        return;
+    const bool quiet = RunSchemaSteps(db);
+    if (quiet && before.valid() && FingerprintOf(file) == before)
+        RecordStoreFacts(file, before, {true, known.intact});
 }
 
 void RepairAtExit(Session& s) {

@@ -24,5 +24,8 @@ void CheckVersion(Database& db);
 void OwnerProbe(Database& db); // the store side of `Owner`; throws DbError when owner is missing
 QDateTime GetClosedDate(Database& db);
 void SaveClosedDate(Session& s);   // writes s.ClosedDate to tblTeDate row 2, sets s.ClosedDateId
-void RunSchemaSteps(Database& db); // the seventeen steps, in order
-void RepairAtExit(Session& s);     // closes s.db, integrity check + VACUUM, errors ignored
+bool RunSchemaSteps(Database& db); // the seventeen steps, in order; false when a step showed its failure
+// The seventeen steps as every start runs them. On a store file that is byte for byte the one on which they last
+// ran without writing or showing anything, they would do nothing again, and are not run.
+void RunStartupSteps(Database& db);
+void RepairAtExit(Session& s); // closes s.db, integrity check + VACUUM, errors ignored
