@@ -12,6 +12,7 @@
 #include <QProgressBar>
 #include <QStringList>
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <optional>
 #include <sqlite3.h>
@@ -38,6 +39,20 @@ std::optional<double> NumericKey(const Value& v) {
     return v.toDouble();
 }
 
+// Whether a column holds plain numbers that read the same straight from the row as through a Value.
+bool PlainNumberColumn(const RowView& row, int column) {
+    const JetKind kind = row.type(column).kind;
+    return (kind == JetKind::Long || kind == JetKind::Short || kind == JetKind::Counter || kind == JetKind::Double ||
+            kind == JetKind::Single) &&
+           row.isNumber(column);
+}
+
+std::optional<double> NumericKeyOf(const RowView& row, int column) {
+    if (PlainNumberColumn(row, column))
+        return row.number(column);
+    return NumericKey(row.value(column));
+}
+
 // How "Datum < 'bound'" orders a stored date: Null never passes, a number stands before every text,
 // texts compare case-blind (ASCII), as the text columns' NOCASE collation does.
 struct DateKey {
@@ -62,6 +77,25 @@ std::optional<DateKey> StoredDateKey(const Value& v) {
     return DateKey{0, {}};
 }
 
+std::string FoldAscii(const QByteArray& utf8) {
+    std::string bytes(utf8.constData(), static_cast<size_t>(utf8.size()));
+    for (char& c : bytes)
+        if (c >= 'A' && c <= 'Z')
+            c = static_cast<char>(c - 'A' + 'a');
+    return bytes;
+}
+
+bool PlainTextColumn(const RowView& row, int column) {
+    const JetKind kind = row.type(column).kind;
+    return (kind == JetKind::Text || kind == JetKind::Memo) && row.isText(column);
+}
+
+std::optional<DateKey> StoredDateKeyOf(const RowView& row, int column) {
+    if (PlainTextColumn(row, column))
+        return DateKey{1, FoldAscii(row.utf8(column))};
+    return StoredDateKey(row.value(column));
+}
+
 DateKey BoundDateKey(const Value& stockTakeDate) {
     return DateKey{1, FoldAscii(stockTakeDate.toString())};
 }
@@ -71,6 +105,12 @@ std::optional<double> Amount(const Value& v) {
     if (v.isNull() || v.isEmpty())
         return std::nullopt;
     return vb::Val(v);
+}
+
+std::optional<double> AmountOf(const RowView& row, int column) {
+    if (PlainNumberColumn(row, column))
+        return row.number(column);
+    return Amount(row.value(column));
 }
 
 Currency SumToCurrency(long double sum) {
@@ -108,6 +148,60 @@ private:
     long double m_total = 0.0L;
 };
 
+// Whether the stored text, folded as the NOCASE collation folds it, sorts before the folded bound.
+bool FoldedLess(const QByteArray& raw, const std::string& folded) {
+    const size_t n = std::min(static_cast<size_t>(raw.size()), folded.size());
+    for (size_t i = 0; i < n; ++i) {
+        char c = raw[static_cast<qsizetype>(i)];
+        if (c >= 'A' && c <= 'Z')
+            c = static_cast<char>(c - 'A' + 'a');
+        const auto a = static_cast<unsigned char>(c), b = static_cast<unsigned char>(folded[i]);
+        if (a != b)
+            return a < b;
+    }
+    return static_cast<size_t>(raw.size()) < folded.size();
+}
+
+// The issues of one tank summed against the few dates that are ever asked (its stock takes' dates): an issue
+// goes into the bucket of the first asked date after its own, so the sum before an asked date is the sum of
+// the buckets up to it. No issue's date is kept.
+class BoundedSums {
+public:
+    explicit BoundedSums(std::vector<DateKey> bounds) : m_bounds(std::move(bounds)) {
+        std::sort(m_bounds.begin(), m_bounds.end());
+        m_bounds.erase(std::unique(m_bounds.begin(), m_bounds.end()), m_bounds.end());
+        m_buckets.assign(m_bounds.size() + 1, 0.0L);
+    }
+    void addText(const QByteArray& raw, double amount) { // a date held as text
+        m_total += amount;
+        const auto it = std::partition_point(m_bounds.begin(), m_bounds.end(), [&](const DateKey& b) {
+            return b.rank == 0 || !FoldedLess(raw, b.folded);
+        });
+        m_buckets[static_cast<size_t>(it - m_bounds.begin())] += amount;
+    }
+    void add(const std::optional<DateKey>& date, double amount) {
+        m_total += amount;
+        if (!date)
+            return;
+        const auto it = std::upper_bound(m_bounds.begin(), m_bounds.end(), *date);
+        m_buckets[static_cast<size_t>(it - m_bounds.begin())] += amount;
+    }
+    void seal() {
+        for (size_t i = 1; i < m_buckets.size(); ++i)
+            m_buckets[i] += m_buckets[i - 1];
+    }
+    long double before(const DateKey& bound) const {
+        const auto it = std::lower_bound(m_bounds.begin(), m_bounds.end(), bound);
+        return m_buckets[static_cast<size_t>(it - m_bounds.begin())];
+    }
+    long double total() const { return m_total; }
+
+private:
+    std::vector<DateKey> m_bounds;
+    std::vector<long double> m_buckets; // after seal: the sum of every issue before each bound
+    long double m_total = 0.0L;
+};
+
 // Where two rows have the same reading, the chain keeps the order in which the store hands the vehicle's
 // rows to the sort: the order of the index that finds a vehicle's rows (its later columns, then stored
 // order), or stored order without such an index. A key part sorts as SQLite orders values in an index:
@@ -127,13 +221,36 @@ TiePart TiePartOf(const Value& v) {
     return {1, v.toDouble(), {}};
 }
 
+TiePart TiePartOf(const RowView& row, int column) {
+    if (PlainTextColumn(row, column))
+        return {2, 0, FoldAscii(row.utf8(column))};
+    if (PlainNumberColumn(row, column))
+        return {1, row.number(column), {}};
+    return TiePartOf(row.value(column));
+}
+
+// A reading whose text, as the chain carries it, reads back as the very same number: at most four decimals
+// well inside fifteen digits. Its text need not be made to know what the next row is given.
+bool ReadsBackExactly(double x) {
+    if (!(std::fabs(x) < 1e10))
+        return false;
+    return std::nearbyint(x * 10000.0) / 10000.0 == x;
+}
+
+// A field of a fuel row kept small: a plain number in place, anything else (Null, a text) beside the rows.
+struct Cell {
+    double number = 0;
+    std::int32_t other = -1; // index of the Value beside the rows, or -1 for a plain number
+    bool integer = false;    // a plain number of a whole-number column
+};
+
 struct FuelRow {
-    std::vector<TiePart> tie;
-    Value transId;
-    std::optional<double> vehicle;
-    Value kmRead;
-    Value previousKmRead;
+    Cell transId;
+    Cell kmRead;
+    Cell previousKmRead;
+    double vehicle = 0;
     double order = 0; // val(KmRead); Null sorts first
+    bool hasVehicle = false;
     bool nullOrder = false;
 };
 
@@ -211,11 +328,39 @@ private:
 
     std::vector<std::pair<Value, Value>> m_vehicles; // TransID, Km in table order
     std::vector<FuelRow> m_fuel;
+    std::vector<TiePart> m_ties; // tieCount parts per fuel row, in the rows' order
+    size_t m_tieCount = 0;
     std::vector<StockRow> m_stock;
     std::vector<std::pair<Value, Value>> m_tanks; // TransID, HuidigeVolume in table order
 
     std::map<double, DatedSums> m_purchases;
-    std::map<double, DatedSums> m_issues;
+    std::map<double, BoundedSums> m_issues;
+    std::vector<Value> m_others; // the fuel fields that are no plain number
+
+    Cell cellOf(const RowView& row, int column) {
+        const JetType& type = row.type(column);
+        if (type.kind == JetKind::Double && row.isNumber(column))
+            return {row.number(column), -1, false};
+        if (type.isInteger() && row.isNumber(column) && !row.isText(column)) {
+            const std::int64_t whole = row.integer(column);
+            if (static_cast<double>(whole) == row.number(column) && std::abs(whole) < (std::int64_t(1) << 53))
+                return {row.number(column), -1, true};
+        }
+        m_others.push_back(row.value(column));
+        return {0, static_cast<std::int32_t>(m_others.size() - 1), false};
+    }
+    // What a recordset would have given for the field.
+    Value valueOf(const Cell& c) const {
+        if (c.other >= 0)
+            return m_others[static_cast<size_t>(c.other)];
+        if (c.integer)
+            return Value(static_cast<std::int64_t>(c.number));
+        return Value(c.number);
+    }
+    static bool sameCell(const Cell& a, const Cell& b) {
+        return a.other < 0 && b.other < 0 && a.integer == b.integer && a.number == b.number;
+    }
+    BoundedSums& issuesOfTank(double tank);
     std::map<double, long double> m_verloreTotal; // after the stock takes are rewritten
 
     enum class TieRule { Unknown, StoredOrder, IndexOrder, AskEach };
@@ -250,36 +395,71 @@ void FastRecalc::readFuel() {
     QString tieSelect;
     for (const QString& column : tieColumns)
         tieSelect += ", " + column;
+    m_tieCount = static_cast<size_t>(tieColumns.size());
+    const std::int64_t expected = guarded([&] {
+        std::int64_t count = 0;
+        m_db.ForEachRow("SELECT count(*) FROM VecFuel", [&](const RowView& r) { count = r.integer(0); });
+        return count;
+    });
     // One scan in stored order serves both the chains and the tank sums.
     m_fuel = guarded([&] {
         std::vector<FuelRow> rows;
-        auto rs = m_db.OpenRecordset("SELECT TransID, VoertuigID, KmRead, PreviousKmRead, TankID, Datum, Litres" +
-                                         tieSelect + " FROM VecFuel",
-                                     RecordsetType::Snapshot);
+        rows.reserve(static_cast<size_t>(expected));
+        m_ties.clear();
+        m_ties.reserve(static_cast<size_t>(expected) * m_tieCount);
+        m_others.clear();
         m_issues.clear();
-        for (; !rs->Eof(); rs->MoveNext()) {
-            FuelRow row;
-            row.transId = rs->Field(0);
-            row.vehicle = NumericKey(rs->Field(1));
-            row.kmRead = rs->Field(2);
-            row.previousKmRead = rs->Field(3);
-            for (int t = 0; t < tieColumns.size(); ++t)
-                row.tie.push_back(TiePartOf(rs->Field(7 + t)));
-            if (auto tank = NumericKey(rs->Field(4)))
-                if (auto litres = Amount(rs->Field(6)))
-                    m_issues[*tank].add(StoredDateKey(rs->Field(5)), *litres);
-            rows.push_back(std::move(row));
-        }
+        m_db.ForEachRow("SELECT TransID, VoertuigID, KmRead, PreviousKmRead, TankID, Datum, Litres" + tieSelect +
+                            " FROM VecFuel",
+                        [&](const RowView& r) {
+                            FuelRow row;
+                            row.transId = cellOf(r, 0);
+                            if (const auto vehicle = NumericKeyOf(r, 1)) {
+                                row.vehicle = *vehicle;
+                                row.hasVehicle = true;
+                            }
+                            row.kmRead = cellOf(r, 2);
+                            row.previousKmRead = cellOf(r, 3);
+                            for (int t = 0; t < tieColumns.size(); ++t)
+                                m_ties.push_back(TiePartOf(r, 7 + t));
+                            if (auto tank = NumericKeyOf(r, 4)) {
+                                if (auto litres = AmountOf(r, 6)) {
+                                    BoundedSums& sums = issuesOfTank(*tank);
+                                    if (PlainTextColumn(r, 5))
+                                        sums.addText(r.utf8(5), *litres);
+                                    else
+                                        sums.add(StoredDateKey(r.value(5)), *litres);
+                                }
+                            }
+                            rows.push_back(row);
+                        });
         return rows;
     });
     for (auto& [tank, sums] : m_issues)
         sums.seal();
     for (FuelRow& row : m_fuel) {
-        if (row.kmRead.isNull() || row.kmRead.isEmpty())
+        if (row.kmRead.other < 0) {
+            row.order = row.kmRead.number;
+            continue;
+        }
+        const Value& reading = m_others[static_cast<size_t>(row.kmRead.other)];
+        if (reading.isNull() || reading.isEmpty())
             row.nullOrder = true;
         else
-            row.order = guarded([&] { return vb::Val(row.kmRead); });
+            row.order = guarded([&] { return vb::Val(reading); });
     }
+}
+
+// The sums of a tank's issues, bucketed by the dates of its stock takes (read before the issues).
+BoundedSums& FastRecalc::issuesOfTank(double tank) {
+    auto found = m_issues.find(tank);
+    if (found != m_issues.end())
+        return found->second;
+    std::vector<DateKey> bounds;
+    for (const StockRow& stock : m_stock)
+        if (stock.tank && *stock.tank == tank)
+            bounds.push_back(BoundDateKey(stock.date));
+    return m_issues.emplace(tank, BoundedSums(std::move(bounds))).first->second;
 }
 
 void FastRecalc::readPurchasesAndStock() {
@@ -287,11 +467,11 @@ void FastRecalc::readPurchasesAndStock() {
     m_verloreType = guarded([&] { return ColumnType(m_db, "TankStock", "Verlore"); });
     guarded([&] {
         m_purchases.clear();
-        auto rs = m_db.OpenRecordset("SELECT TankID, Datum, Liter FROM FuelPurchase", RecordsetType::Snapshot);
-        for (; !rs->Eof(); rs->MoveNext())
-            if (auto tank = NumericKey(rs->Field(0)))
-                if (auto litres = Amount(rs->Field(2)))
-                    m_purchases[*tank].add(StoredDateKey(rs->Field(1)), *litres);
+        m_db.ForEachRow("SELECT TankID, Datum, Liter FROM FuelPurchase", [&](const RowView& r) {
+            if (auto tank = NumericKeyOf(r, 0))
+                if (auto litres = AmountOf(r, 2))
+                    m_purchases[*tank].add(StoredDateKeyOf(r, 1), *litres);
+        });
     });
     for (auto& [tank, sums] : m_purchases)
         sums.seal();
@@ -339,8 +519,13 @@ std::vector<size_t> FastRecalc::chainOrder(const Value& vehicleId, std::vector<s
             ++last;
         if (last - first > 1) {
             std::stable_sort(byIndex.begin() + static_cast<std::ptrdiff_t>(first),
-                             byIndex.begin() + static_cast<std::ptrdiff_t>(last),
-                             [&](size_t a, size_t b) { return m_fuel[a].tie < m_fuel[b].tie; });
+                             byIndex.begin() + static_cast<std::ptrdiff_t>(last), [&](size_t a, size_t b) {
+                                 return std::lexicographical_compare(
+                                     m_ties.begin() + static_cast<std::ptrdiff_t>(a * m_tieCount),
+                                     m_ties.begin() + static_cast<std::ptrdiff_t>((a + 1) * m_tieCount),
+                                     m_ties.begin() + static_cast<std::ptrdiff_t>(b * m_tieCount),
+                                     m_ties.begin() + static_cast<std::ptrdiff_t>((b + 1) * m_tieCount));
+                             });
             ambiguous = ambiguous || !std::equal(byIndex.begin() + static_cast<std::ptrdiff_t>(first),
                                                  byIndex.begin() + static_cast<std::ptrdiff_t>(last),
                                                  rows.begin() + static_cast<std::ptrdiff_t>(first));
@@ -354,7 +539,7 @@ std::vector<size_t> FastRecalc::chainOrder(const Value& vehicleId, std::vector<s
 
     if (m_fuelByKey.empty())
         for (size_t i = 0; i < m_fuel.size(); ++i)
-            m_fuelByKey[m_fuel[i].transId.toString()] = i;
+            m_fuelByKey[valueOf(m_fuel[i].transId).toString()] = i;
     const std::vector<size_t> asStored = guarded([&] {
         std::vector<size_t> order;
         auto rs = m_db.OpenRecordset("SELECT * FROM VecFuel WHERE VoertuigID = " + vehicleId.toString() +
@@ -378,8 +563,8 @@ std::vector<size_t> FastRecalc::chainOrder(const Value& vehicleId, std::vector<s
 void FastRecalc::chainOdometers() {
     std::map<double, std::vector<size_t>> rowsOfVehicle; // stored order within each vehicle
     for (size_t i = 0; i < m_fuel.size(); ++i)
-        if (m_fuel[i].vehicle)
-            rowsOfVehicle[*m_fuel[i].vehicle].push_back(i);
+        if (m_fuel[i].hasVehicle)
+            rowsOfVehicle[m_fuel[i].vehicle].push_back(i);
 
     // A vehicle number standing twice walks its chain twice; the later walk is what stays.
     std::map<double, size_t> lastOccurrence;
@@ -395,13 +580,23 @@ void FastRecalc::chainOdometers() {
         if (found == rowsOfVehicle.end())
             continue;
         const std::vector<size_t> chain = chainOrder(m_vehicles[v].first, found->second);
+        const bool doubleColumn = m_prevKmType.kind == JetKind::Double;
         QString previousKm = guarded([&] { return recalc::CleanedKm(m_vehicles[v].second); });
         for (size_t n = 0; n < chain.size(); ++n) {
             FuelRow& row = m_fuel[chain[n]];
-            if (n > 0)
-                previousKm = guarded([&] { return recalc::ReadingText(m_fuel[chain[n - 1]].kmRead); });
-            stage("VecFuel", "TransID", row.transId, "previouskmread", m_prevKmType, row.previousKmRead,
-                  Value(previousKm));
+            if (n > 0) {
+                const Cell& before = m_fuel[chain[n - 1]].kmRead;
+                if (doubleColumn && before.other < 0 && !before.integer && ReadsBackExactly(before.number)) {
+                    // The text the chain carries would read back as this very number.
+                    if (!sameCell(before, row.previousKmRead))
+                        m_writes.push_back(
+                            {"VecFuel", "TransID", valueOf(row.transId), "previouskmread", Value(before.number)});
+                    continue;
+                }
+                previousKm = guarded([&] { return recalc::ReadingText(valueOf(before)); });
+            }
+            stage("VecFuel", "TransID", valueOf(row.transId), "previouskmread", m_prevKmType,
+                  valueOf(row.previousKmRead), Value(previousKm));
         }
     }
 }
@@ -529,9 +724,9 @@ void FastRecalc::writeChanges() {
 }
 
 void FastRecalc::run(RecalcSummary& summary) {
+    readPurchasesAndStock(); // the stock takes' dates are the only dates the issues are summed against
     readFuel();
     chainOdometers();
-    readPurchasesAndStock();
     bookStockTakes();
     balanceTanks();
     writeChanges();
