@@ -1,0 +1,40 @@
+#include "BenchSupport.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <algorithm>
+#include <cstdio>
+
+namespace bench {
+
+double Seconds(const std::function<void()>& work) {
+    QElapsedTimer timer;
+    timer.start();
+    work();
+    return static_cast<double>(timer.nsecsElapsed()) / 1e9;
+}
+
+double Median(std::vector<double> values) {
+    if (values.empty())
+        return 0;
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+QString BuildKind() {
+#ifdef NDEBUG
+    return "build: optimised\n";
+#else
+    return "build: debug (unoptimised)\n";
+#endif
+}
+
+void WriteFigures(const QString& file, const QString& text) {
+    QFile f(file);
+    if (f.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
+        f.write(text.toUtf8());
+    else
+        std::fprintf(stderr, "cannot write %s\n", qPrintable(file));
+}
+
+} // namespace bench

@@ -1,0 +1,15 @@
+#pragma once
+// What every benchmark shares: timing, medians, the kind of build, writing the figures.
+
+#include <QString>
+#include <functional>
+#include <vector>
+
+namespace bench {
+
+double Seconds(const std::function<void()>& work);
+double Median(std::vector<double> values);
+QString BuildKind(); // "build: optimised\n" or "build: debug (unoptimised)\n"
+void WriteFigures(const QString& file, const QString& text);
+
+} // namespace bench
