@@ -379,18 +379,16 @@ QString ProperCase(const QString& text) {
     out.reserve(text.size());
     bool startOfWord = true;
     for (const QChar c : text) {
-        if (c.isLetter()) {
-            out += startOfWord ? c.toUpper() : c.toLower();
-            startOfWord = false;
-        } else if (c.isDigit()) {
+        // Only white space and NUL end a word: "land-rover" stays one word, "o'neil" too.
+        const bool separator =
+            c == u' ' || c == u'\t' || c == u'\n' || c == u'\v' || c == u'\f' || c == u'\r' || c == QChar(0);
+        if (separator) {
             out += c;
-            startOfWord = false;
-        } else {
-            out += c;
-            // An apostrophe belongs to its word ("O'brien"); any other mark starts a new one.
-            if (c != u'\'')
-                startOfWord = true;
+            startOfWord = true;
+            continue;
         }
+        out += startOfWord ? c.toUpper() : c.toLower();
+        startOfWord = false;
     }
     return out;
 }

@@ -474,7 +474,7 @@ std::vector<StatementCase> Cases() {
                      " group by maak & '(' &regnr & ')'",
                  Expect::RowsAnyOrder,
                  {"Vehicle", "Total"},
-                 {{"Isuzu(Xyz789)", "30"}, {"John Deere(Jd1)", "60"}, {"Toyota(Abc123)", "115"}}});
+                 {{"Isuzu(xyz789)", "30"}, {"John Deere(jd1)", "60"}, {"Toyota(abc123)", "115"}}});
     c.push_back(
         {"LitresPerActivity",
          {},
@@ -513,9 +513,9 @@ std::vector<StatementCase> Cases() {
                      " and  activities.rebated = true" + FuelUsageVehicles("1,2,3") + " order by datum",
                  Expect::Rows,
                  {"Date", "Driver", "Activity", "Vehicle", "Litres", "Rebate", "Non Rebate"},
-                 {{"2026/01/05", "Piet Pompies", "Farming", "Toyota(Abc123)", "50", "40", "10"},
-                  {"2026/02/03", "Piet Pompies", "Farming", "Toyota(Abc123)", "40", "32", "8"},
-                  {"2026/02/11", "Piet Pompies", "Farming", "Toyota(Abc123)", "25", "20", "5"}}});
+                 {{"2026/01/05", "Piet Pompies", "Farming", "Toyota(abc123)", "50", "40", "10"},
+                  {"2026/02/03", "Piet Pompies", "Farming", "Toyota(abc123)", "40", "32", "8"},
+                  {"2026/02/11", "Piet Pompies", "Farming", "Toyota(abc123)", "25", "20", "5"}}});
     c.push_back({"TopOneReturnsTheRowsTiedWithIt",
                  {},
                  "select top 1 transid, rperl from vecfuel where tankid = 1 order by rperl desc",
@@ -710,10 +710,11 @@ std::vector<StatementCase> Cases() {
     c.push_back({"ProperCaseTrimCstrAbs",
                  {},
                  "select strconv('o''BRIEN tank',3) as a, trim('  x  ') as b, cstr(12.5) as c, abs(-3) as d,"
-                 " ccur('1 000.10') as e, cdbl('2.5') as f from tanks where transid = 1",
+                 " ccur('1 000.10') as e, cdbl('2.5') as f, strconv('land-rover isuzu(xyz789)',3) as g"
+                 " from tanks where transid = 1",
                  Expect::Rows,
                  {},
-                 {{"O'brien Tank", "x", "12.5", "3", "1000.1", "2.5"}}});
+                 {{"O'brien Tank", "x", "12.5", "3", "1000.1", "2.5", "Land-rover Isuzu(xyz789)"}}});
     c.push_back({"FormatOfNumbersAndTextDates",
                  {},
                  "select format(1234.5,'### ##0.00') as a, format(12.5,'### ##0.00') as b,"
@@ -1175,8 +1176,8 @@ std::vector<StatementCase> Cases() {
                      FuelUsageDates("2025/01/01", "2026/01/31") + FuelUsageVehicles("1") + "  order by vecfuel.transid",
                  Expect::Rows,
                  {"Date", "Driver", "Vehicle", "Activity", "Litres", "Odometer"},
-                 {{"2026/01/05", "Piet Pompies", "Toyota(Abc123)", "Farming", "50", "1100"},
-                  {"2025/01/07", "Piet Pompies", "Toyota(Abc123)", "Farming", "10", "900"}}});
+                 {{"2026/01/05", "Piet Pompies", "Toyota(abc123)", "Farming", "50", "1100"},
+                  {"2025/01/07", "Piet Pompies", "Toyota(abc123)", "Farming", "10", "900"}}});
     c.push_back({"LitresPerDriverAndVehicleByDate",
                  {},
                  "Select  [VecFuel].[Datum] as [Date]" + vehiclePiece +

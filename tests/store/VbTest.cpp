@@ -150,13 +150,23 @@ TEST(DateArithmetic, MonthsClampToTheMonthEndAndDaysIgnoreTime) {
 }
 
 TEST(TextHelpers, ProperCaseAndTrim) {
-    EXPECT_EQ(vb::ProperCase("BAKKIES"), "Bakkies");
-    EXPECT_EQ(vb::ProperCase("toyota hilux 2.4"), "Toyota Hilux 2.4");
-    EXPECT_EQ(vb::ProperCase("o'brien"), "O'brien");
-    EXPECT_EQ(vb::ProperCase("maak(abc 123)"), "Maak(Abc 123)");
-    EXPECT_EQ(vb::ProperCase("4x4 BAKKIE"), "4x4 Bakkie");
-    EXPECT_EQ(vb::ProperCase("tank-one\ttwo"), "Tank-One\tTwo");
-    EXPECT_EQ(vb::ProperCase(""), "");
+    // A word starts only after a blank, tab, line feed, vertical tab, form feed, carriage return or NUL.
+    const std::pair<QString, QString> cases[] = {
+        {"BAKKIES", "Bakkies"},
+        {"toyota hilux 2.4", "Toyota Hilux 2.4"},
+        {"o'neil", "O'neil"},
+        {"land-rover", "Land-rover"},
+        {"isuzu(xyz789)", "Isuzu(xyz789)"},
+        {"(pty)ltd", "(pty)ltd"},
+        {"maak(abc 123)", "Maak(abc 123)"},
+        {"4x4 BAKKIE", "4x4 Bakkie"},
+        {"tank-one\ttwo\nthree\vfour\ffive\rsix", "Tank-one\tTwo\nThree\vFour\fFive\rSix"},
+        {QString("a") + QChar(0) + "b", QString("A") + QChar(0) + "B"},
+        {"  two  blanks", "  Two  Blanks"},
+        {"", ""},
+    };
+    for (const auto& [in, out] : cases)
+        EXPECT_EQ(vb::ProperCase(in), out) << in.toStdString();
     EXPECT_EQ(vb::Trim("  a b  "), "a b");
     EXPECT_EQ(vb::Trim("\ta "), "\ta");
 }

@@ -637,6 +637,85 @@ void fnHeading(sqlite3_context* ctx, int, sqlite3_value** argv) {
     guarded(ctx, [&] { resultText(ctx, vb::CStr(fromSqlite(argv[0]))); });
 }
 
+// ---- what a statement writes into a typed column ----
+
+// jet_store(x, kind): the value a column of the kind ('i' whole, 'n' number, 'c' currency, 'd' datetime) keeps of
+// x. A text is read as a number (or a date); one that is none gives Null, and the statement goes on.
+void fnStore(sqlite3_context* ctx, int, sqlite3_value** argv) {
+    const int type = sqlite3_value_type(argv[0]);
+    const char kind = static_cast<char>(sqlite3_value_text(argv[1]) ? sqlite3_value_text(argv[1])[0] : 'n');
+    if (type == SQLITE_NULL)
+        return sqlite3_result_null(ctx);
+    try {
+        if (kind == 'd') {
+            if (type == SQLITE_TEXT && !looksLikeDateText(argv[0]) && !vb::IsDate(textOf(argv[0])))
+                return sqlite3_result_null(ctx);
+            return resultText(ctx, isoText(dateOf(argv[0])));
+        }
+        if (type == SQLITE_TEXT && !vb::IsNumeric(fromSqlite(argv[0])))
+            return sqlite3_result_null(ctx);
+        const double number = numberOf(argv[0]);
+        if (kind == 'i') {
+            if (type == SQLITE_INTEGER)
+                return sqlite3_result_int64(ctx, sqlite3_value_int64(argv[0]));
+            return sqlite3_result_int64(ctx, vb::CLng(Value(number)));
+        }
+        if (kind == 'c') {
+            const Currency c = Currency::fromDouble(number);
+            if (c.raw() % 10000 == 0)
+                return sqlite3_result_int64(ctx, c.raw() / 10000);
+            return sqlite3_result_double(ctx, c.toDouble());
+        }
+        sqlite3_result_double(ctx, number);
+    } catch (const VbError&) {
+        sqlite3_result_null(ctx); // out of the column's range: nothing that fits
+    } catch (const std::exception&) {
+        sqlite3_result_null(ctx);
+    }
+}
+
+// ---- the sum of currency: whole ten-thousandths, so that it is exact ----
+
+struct CurrencySum {
+    std::int64_t raw = 0;
+    bool any = false;
+    bool overflow = false;
+};
+
+void curSumStep(sqlite3_context* ctx, int, sqlite3_value** argv) {
+    auto* state = static_cast<CurrencySum*>(sqlite3_aggregate_context(ctx, sizeof(CurrencySum)));
+    if (!state)
+        return sqlite3_result_error_nomem(ctx);
+    const int type = sqlite3_value_type(argv[0]);
+    if (type == SQLITE_NULL)
+        return;
+    std::int64_t raw = 0;
+    if (type == SQLITE_INTEGER) {
+        if (__builtin_mul_overflow(sqlite3_value_int64(argv[0]), std::int64_t(10000), &raw))
+            state->overflow = true;
+    } else {
+        try {
+            raw = Currency::fromDouble(numberOf(argv[0])).raw();
+        } catch (const std::exception&) {
+            state->overflow = true;
+        }
+    }
+    if (__builtin_add_overflow(state->raw, raw, &state->raw))
+        state->overflow = true;
+    state->any = true;
+}
+
+void curSumFinal(sqlite3_context* ctx) {
+    auto* state = static_cast<CurrencySum*>(sqlite3_aggregate_context(ctx, 0));
+    if (!state || !state->any)
+        return sqlite3_result_null(ctx);
+    if (state->overflow)
+        return raise(ctx, 6, QStringLiteral("Overflow"));
+    if (state->raw % 10000 == 0)
+        return sqlite3_result_int64(ctx, state->raw / 10000);
+    sqlite3_result_double(ctx, Currency::fromRaw(state->raw).toDouble());
+}
+
 // ---- First and Last: the value of the first and the last row of the group, Null included ----
 
 struct PickState {
@@ -704,8 +783,16 @@ int RegisterJetFunctions(sqlite3* db) {
         if (rc != SQLITE_OK)
             return rc;
     }
-    int rc = sqlite3_create_function_v2(db, "jet_first", 1, SQLITE_UTF8, nullptr, nullptr, pickStep<false>, pickFinal,
-                                        nullptr);
+    int rc = sqlite3_create_function_v2(db, "jet_store", 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, fnStore,
+                                        nullptr, nullptr, nullptr);
+    if (rc != SQLITE_OK)
+        return rc;
+    rc = sqlite3_create_function_v2(db, "jet_cursum", 1, SQLITE_UTF8, nullptr, nullptr, curSumStep, curSumFinal,
+                                    nullptr);
+    if (rc != SQLITE_OK)
+        return rc;
+    rc = sqlite3_create_function_v2(db, "jet_first", 1, SQLITE_UTF8, nullptr, nullptr, pickStep<false>, pickFinal,
+                                    nullptr);
     if (rc != SQLITE_OK)
         return rc;
     rc = sqlite3_create_function_v2(db, "jet_last", 1, SQLITE_UTF8, nullptr, nullptr, pickStep<true>, pickFinal,

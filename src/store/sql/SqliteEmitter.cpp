@@ -18,6 +18,7 @@ namespace {
 const QString kNoCase = QStringLiteral(" COLLATE NOCASE");
 // Stands for the pivot condition in a crosstab's cell expression until the headings are known.
 const QString kPivotMark = QStringLiteral("\x01PIVOT\x01");
+const QString kCurrency = QStringLiteral("currency");
 
 QString quoteName(const QString& name) {
     return QLatin1Char('[') + name + QLatin1Char(']');
@@ -151,12 +152,13 @@ private:
             out.push_back({t.alias.isEmpty() ? t.name : t.alias, t.name});
         }
     }
-    bool isDateTimeColumn(const QString& table, const QString& column) const;
     bool isDateTimeColumn(const Expr& e) const;
     QString declaredTypeOf(const Expr& column) const;
     bool caseless(const Expr& e) const;
     QString noCaseFor(const Expr& e) const { return caseless(e) ? QString() : kNoCase; }
     QString valueFor(const Expr& value, bool dateTimeTarget);
+    char storeKindOf(const QString& table, const QString& column) const;
+    QString storedValue(const Expr& value, char storeKind);
 
     QString exprText(const Expr& e) const { return m_source.mid(e.start, e.end - e.start).trimmed(); }
     QString call(const Expr& e, Ctx ctx);
@@ -347,16 +349,6 @@ QString Emitter::comparison(const Expr& e) {
            valueFor(right, leftDate) + (noCollation ? QString() : kNoCase) + QLatin1Char(')');
 }
 
-bool Emitter::isDateTimeColumn(const QString& table, const QString& column) const {
-    if (!m_catalog.hasTable(table))
-        return false;
-    for (const SchemaCatalog::Column& col : m_catalog.columns(table))
-        if (col.name.compare(column, Qt::CaseInsensitive) == 0)
-            return col.declaredType.startsWith(QLatin1String("DATETIME"), Qt::CaseInsensitive) ||
-                   col.declaredType.compare(QLatin1String("DATE"), Qt::CaseInsensitive) == 0;
-    return false;
-}
-
 bool Emitter::isDateTimeColumn(const Expr& e) const {
     const QString declared = declaredTypeOf(e);
     return declared.startsWith(QLatin1String("DATETIME"), Qt::CaseInsensitive) ||
@@ -450,7 +442,7 @@ bool Emitter::caseless(const Expr& e) const {
     return false;
 }
 
-// A text literal headed for a datetime column is stored and compared as the date it reads as.
+// A text literal compared with a datetime column is compared as the date it reads as.
 QString Emitter::valueFor(const Expr& value, bool dateTimeTarget) {
     if (dateTimeTarget && value.kind == ExprKind::String) {
         const QString iso = JetDateLiteralToIso(value.text);
@@ -458,6 +450,54 @@ QString Emitter::valueFor(const Expr& value, bool dateTimeTarget) {
             return quoteText(iso);
     }
     return expr(value, Ctx::Value);
+}
+
+// How a column stores what a statement writes into it: 'i' whole numbers, 'n' other numbers, 'c' currency,
+// 'd' datetimes; 0 for texts, Yes/No and what this store did not declare.
+char Emitter::storeKindOf(const QString& table, const QString& column) const {
+    if (!m_catalog.hasTable(table))
+        return 0;
+    for (const SchemaCatalog::Column& col : m_catalog.columns(table)) {
+        if (col.name.compare(column, Qt::CaseInsensitive) != 0)
+            continue;
+        QString word = col.declaredType.trimmed().toUpper();
+        if (const qsizetype cut = word.indexOf(QRegularExpression(QStringLiteral("[ (]"))); cut >= 0)
+            word = word.left(cut);
+        static const QSet<QString> whole = {QStringLiteral("SHORT"),   QStringLiteral("LONG"),
+                                            QStringLiteral("INTEGER"), QStringLiteral("INT"),
+                                            QStringLiteral("COUNTER"), QStringLiteral("BYTE")};
+        static const QSet<QString> other = {QStringLiteral("DOUBLE"), QStringLiteral("SINGLE"), QStringLiteral("FLOAT"),
+                                            QStringLiteral("REAL")};
+        if (whole.contains(word))
+            return 'i';
+        if (other.contains(word))
+            return 'n';
+        if (word == QLatin1String("CURRENCY") || word == QLatin1String("MONEY"))
+            return 'c';
+        if (word == QLatin1String("DATETIME") || word == QLatin1String("DATE"))
+            return 'd';
+        return 0;
+    }
+    return 0;
+}
+
+// The value a statement writes into a column, converted as Jet converts on assignment: a text literal headed for
+// a datetime column is the date it reads as; a text headed for a number column is the number it reads as, or Null
+// when it is no number (the statement goes on); whole-number and currency columns round. No text ever stands in
+// a number or datetime column.
+QString Emitter::storedValue(const Expr& value, char storeKind) {
+    if (storeKind == 'd' && value.kind == ExprKind::String) {
+        const QString iso = JetDateLiteralToIso(value.text);
+        if (!iso.isEmpty())
+            return quoteText(iso);
+    }
+    const QString plain = expr(value, Ctx::Value);
+    if (storeKind == 0 || value.kind == ExprKind::Null || value.kind == ExprKind::Date ||
+        (value.kind == ExprKind::Number && storeKind == 'n'))
+        return plain;
+    if (storeKind == 'd' && staticType(value) == QLatin1String("datetime"))
+        return plain;
+    return QStringLiteral("jet_store(") + plain + QStringLiteral(",'") + QLatin1Char(storeKind) + QStringLiteral("')");
 }
 
 QString Emitter::call(const Expr& e, Ctx ctx) {
@@ -514,8 +554,10 @@ QString Emitter::call(const Expr& e, Ctx ctx) {
             arg = QStringLiteral("CASE WHEN ") + kPivotMark + QStringLiteral(" THEN ") + arg + QStringLiteral(" END");
         args << arg;
     }
-    QString out =
-        QString::fromLatin1(found->sqlName) + QLatin1Char('(') + args.join(QLatin1Char(',')) + QLatin1Char(')');
+    // Currency sums in whole ten-thousandths, as Jet sums its currency: 0.1 + 0.2 - 0.3 is exactly 0.
+    const bool currencySum = name == QLatin1String("sum") && argc == 1 && staticType(*e.args[0]) == kCurrency;
+    QString out = QString::fromLatin1(currencySum ? "jet_cursum" : found->sqlName) + QLatin1Char('(') +
+                  args.join(QLatin1Char(',')) + QLatin1Char(')');
     if (filtered)
         out += QStringLiteral(" FILTER (WHERE ") + kPivotMark + QLatin1Char(')');
     if (aggregate && name == QLatin1String("count") && m_inPivotCell) // an empty cell is Null, also for count
@@ -849,6 +891,9 @@ QString Emitter::staticType(const Expr& e) const {
         if (isDateTimeColumn(e))
             return datetime;
         const QString declared = declaredTypeOf(e).trimmed();
+        if (declared.compare(QLatin1String("CURRENCY"), Qt::CaseInsensitive) == 0 ||
+            declared.compare(QLatin1String("MONEY"), Qt::CaseInsensitive) == 0)
+            return kCurrency;
         if (declared.startsWith(QLatin1String("BIT"), Qt::CaseInsensitive) ||
             declared.compare(QLatin1String("YESNO"), Qt::CaseInsensitive) == 0 ||
             declared.compare(QLatin1String("BOOLEAN"), Qt::CaseInsensitive) == 0)
@@ -859,6 +904,10 @@ QString Emitter::staticType(const Expr& e) const {
         if (e.text == QLatin1String("now") || e.text == QLatin1String("date") || e.text == QLatin1String("time") ||
             e.text == QLatin1String("cdate") || e.text == QLatin1String("datevalue"))
             return datetime;
+        if (e.text == QLatin1String("ccur"))
+            return kCurrency;
+        if (e.text == QLatin1String("sum") && e.args.size() == 1 && staticType(*e.args[0]) == kCurrency)
+            return kCurrency;
         if (e.text == QLatin1String("iif") && e.args.size() == 3) {
             const QString a = staticType(*e.args[1]);
             const QString b = staticType(*e.args[2]);
@@ -987,7 +1036,7 @@ QString Emitter::update(const Statement& st) {
                 if ((t->alias.isEmpty() ? t->name : t->alias).compare(a.target->qualifier, Qt::CaseInsensitive) == 0)
                     table = t->name;
         sets << quoteName(a.target->text) + QStringLiteral(" = ") +
-                    valueFor(*a.value, isDateTimeColumn(table, a.target->text));
+                    storedValue(*a.value, storeKindOf(table, a.target->text));
     }
     sql += sets.join(QStringLiteral(", "));
     if (tables.size() > 1) {
@@ -1090,7 +1139,7 @@ SqlitePlan Emitter::plan(const Statement& st) {
         QStringList values;
         for (size_t i = 0; i < st.values.size(); ++i) {
             const QString target = targets.value(static_cast<qsizetype>(i));
-            values << valueFor(*st.values[i], !target.isEmpty() && isDateTimeColumn(st.table, target));
+            values << storedValue(*st.values[i], target.isEmpty() ? char(0) : storeKindOf(st.table, target));
         }
         plan.sql =
             QStringLiteral("INSERT INTO ") + quoteName(st.table) +
