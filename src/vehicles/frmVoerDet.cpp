@@ -31,6 +31,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QStyle>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -353,6 +354,15 @@ void frmVoerDet::connectHandlers() {
     for (QWidget* w : {static_cast<QWidget*>(cmbDepartment), static_cast<QWidget*>(dtpLicenceDueDate),
                        static_cast<QWidget*>(dtpServiceDueDate), static_cast<QWidget*>(dtpPurchaseDate)})
         AttachEnterAsTab(w);
+    // Enter on an option, a check box or the tab bar moves on too; no button is ever pressed by Enter.
+    for (QAbstractButton* option : findChildren<QAbstractButton*>())
+        if (!qobject_cast<QPushButton*>(option) && !qobject_cast<QToolButton*>(option))
+            AttachEnterAsTab(option);
+    AttachEnterAsTab(SSTab1->tabBar());
+    for (QPushButton* button : findChildren<QPushButton*>()) {
+        button->setAutoDefault(false);
+        button->setDefault(false);
+    }
 }
 
 bool frmVoerDet::eventFilter(QObject* watched, QEvent* event) {
@@ -597,8 +607,7 @@ bool frmVoerDet::CheckVehicle() {
             SSTab1->setCurrentIndex(0);
             MsgBox(QString("Complete the ") + word + " field!", MsgButtons::Ok, MsgIcon::Information,
                    "Vehicle Details");
-            SSTab1->setCurrentWidget(field->parentWidget() == fraRebate ? SSTab1->widget(0) : field->parentWidget());
-            field->setFocus();
+            field->setFocus(); // the page stays the first, also for a field on another page
             return false;
         }
     }

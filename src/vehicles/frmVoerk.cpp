@@ -269,7 +269,13 @@ void frmVoerk::connectHandlers() {
         if (!m_FillingCategories)
             list1_Click();
     });
-    connect(list1, &QListWidget::itemDoubleClicked, this, [this] { Label4_Click(1); });
+    // A click on the category already selected changes no row, and still reloads, as every click does.
+    list1->viewport()->installEventFilter(this);
+    connect(list1, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) {
+        if (list1->row(item) == m_RowAtPress)
+            list1_Click();
+    });
+    connect(list1, &QListWidget::itemDoubleClicked, this, [this] { list1_DblClick(); });
     connect(txtSearch, &QLineEdit::textChanged, this, [this] { txtSearch_Change(); });
     for (QRadioButton* option : optSearch)
         connect(option, &QRadioButton::clicked, this, [this] { txtSearch->setText(""); });
@@ -310,6 +316,8 @@ void frmVoerk::Activate() {
 }
 
 bool frmVoerk::eventFilter(QObject* watched, QEvent* e) {
+    if (watched == list1->viewport() && e->type() == QEvent::MouseButtonPress)
+        m_RowAtPress = list1->currentRow(); // before the press moves the selection
     if (e->type() == QEvent::FocusIn) {
         // Only a move by the keyboard springs a trap; focus coming back after a dialog does not.
         const auto reason = static_cast<QFocusEvent*>(e)->reason();
@@ -435,6 +443,7 @@ void frmVoerk::LaaiVoertuie() {
 
     if (list1->count() >= 1) {
         s.SelectedID = list1->currentItem() ? list1->currentItem()->data(Qt::UserRole).toInt() : 0;
+        m_Rows = 0; // a statement that fails counts no rows
         try {
             auto rs = db().OpenRecordset(BuildVehicleSql(false, false, false));
             m_Rows = CountRecords(*rs);

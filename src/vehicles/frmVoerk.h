@@ -103,6 +103,7 @@ private:
     QString m_MinLicence;
     QString m_MinService;
     bool m_FillingCategories = false;
+    int m_RowAtPress = -1; // the list's row when the mouse was pressed on it
     bool m_WatchingActivation = false;
     bool m_WasActive = false;
 };

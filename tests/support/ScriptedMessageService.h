@@ -6,6 +6,7 @@
 #include <QList>
 #include <QString>
 #include <deque>
+#include <functional>
 
 struct ShownMessage {
     QString text;
@@ -24,6 +25,8 @@ public:
 
     MsgResult show(const QString& text, MsgButtons buttons, MsgIcon icon, const QString& title) override {
         shown.append({text, buttons, icon, title.isEmpty() ? QStringLiteral("Orvel") : title});
+        if (onShow)
+            onShow(shown.last()); // what stands on screen while the box is up
         if (!m_answers.empty()) {
             MsgResult r = m_answers.front();
             m_answers.pop_front();
@@ -42,6 +45,7 @@ public:
     void clear() { shown.clear(); }
 
     QList<ShownMessage> shown;
+    std::function<void(const ShownMessage&)> onShow;
 
 private:
     std::deque<MsgResult> m_answers;

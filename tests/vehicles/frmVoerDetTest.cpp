@@ -72,6 +72,8 @@ TEST_F(VoerDetTest, CheckVehicleRefusesEmptyFieldsInOrderOnTheFirstPage) {
     QList<QLineEdit*> edits = {d->txtMaak, d->txtModel, d->txtReg, d->txtDep, d->txtVerseker, d->txtKilo};
     for (QLineEdit* e : edits)
         e->clear();
+    QList<int> pageWhileShown;
+    m_messages.onShow = [&](const ShownMessage&) { pageWhileShown << d->SSTab1->currentIndex(); };
     for (int i = 0; i < fields.size(); ++i) {
         d->SSTab1->setCurrentIndex(2);
         QTest::mouseClick(d->lblcmd[0], Qt::LeftButton);
@@ -79,9 +81,15 @@ TEST_F(VoerDetTest, CheckVehicleRefusesEmptyFieldsInOrderOnTheFirstPage) {
         EXPECT_EQ(m_messages.shown[i].text, "Complete the " + fields[i] + " field!");
         EXPECT_EQ(m_messages.shown[i].title, "Vehicle Details");
         EXPECT_EQ(m_messages.shown[i].icon, MsgIcon::Information);
-        EXPECT_TRUE(edits[i]->hasFocus()) << qPrintable(fields[i]);
+        // The first page stands before the message and after it, also for the fields of the second page.
+        EXPECT_EQ(pageWhileShown.value(i), 0) << qPrintable(fields[i]);
+        EXPECT_EQ(d->SSTab1->currentIndex(), 0) << qPrintable(fields[i]);
+        if (d->SSTab1->currentWidget()->isAncestorOf(edits[i])) {
+            EXPECT_TRUE(edits[i]->hasFocus()) << qPrintable(fields[i]);
+        }
         edits[i]->setText(" "); // a blank passes: only exact emptiness counts
     }
+    m_messages.onShow = nullptr;
     QTest::mouseClick(d->lblcmd[0], Qt::LeftButton);
     EXPECT_EQ(m_messages.shown.size(), fields.size());
     EXPECT_EQ(scalar("select count(*) from voertuig where regnr = ' '"), "1");
@@ -237,5 +245,28 @@ TEST_F(VoerDetTest, CancelAndEscapeCloseWithoutWriting) {
     QTest::keyClick(d.get(), Qt::Key_Escape);
     EXPECT_FALSE(d->isVisible());
     EXPECT_EQ(scalar("select count(*) from voertuig where maak = 'Nothing'"), "0");
+    EXPECT_TRUE(m_messages.shown.isEmpty());
+}
+
+// Enter never presses a button: on an option, the tab bar or a field it moves to the next field.
+TEST_F(VoerDetTest, EnterMovesOnFromOptionsAndTheTabBarAndSavesNothing) {
+    auto d = openNew(m_light);
+    QTest::keyClicks(d->txtMaak, "Nissan");
+    QTest::keyClicks(d->txtReg, "CA 43");
+    QTest::keyClicks(d->txtKilo, "10");
+    const QString before = scalar("select count(*) from voertuig");
+    QWidget* starts[] = {d->Opt1[0],      d->Opt1[1],          d->optRebate[0],
+                         d->optRebate[1], d->SSTab1->tabBar(), d->cmbDepartment};
+    for (QWidget* start : starts) {
+        SCOPED_TRACE(start->objectName().toStdString());
+        if (!start->isEnabled() || !start->isVisible())
+            continue;
+        start->setFocus();
+        ASSERT_TRUE(start->hasFocus());
+        QTest::keyClick(start, Qt::Key_Return);
+        EXPECT_FALSE(start->hasFocus());
+        EXPECT_TRUE(d->isVisible());
+    }
+    EXPECT_EQ(scalar("select count(*) from voertuig"), before);
     EXPECT_TRUE(m_messages.shown.isEmpty());
 }
