@@ -192,6 +192,9 @@ void Generator::write() {
     const int fuelKey = NextKey(m_db, "VecFuel", "TransID");
     const int stockKey = NextKey(m_db, "TankStock", "transid");
 
+    // Km kept as texts is what an older file holds before the start's type repair turns the column to numbers.
+    if (m_shape.textKm)
+        m_db.Execute("alter table voertuig alter column km text(20)");
     m_db.BeginTrans();
     try {
         m_db.Execute("insert into voerkat (TransID, [Desc], Hours) values (" + QString::number(catKey) +

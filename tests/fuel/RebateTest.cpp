@@ -101,11 +101,4 @@ TEST_F(Rebate, CancelWritesNothingAndSaveChangesEveryRow) {
     EXPECT_EQ(rows(), QStringList({"410/80", "410/80"}));
 }
 
-TEST_F(Rebate, TheScreenIsRegisteredByItsFormName) {
-    UnregisterAllScreens();
-    RegisterFuelScreens();
-    EXPECT_TRUE(IsScreenRegistered("frmRebate"));
-    UnregisterAllScreens();
-}
-
 } // namespace

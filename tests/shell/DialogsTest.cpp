@@ -127,7 +127,7 @@ TEST(InputDialog, TypedTextComesBackAndStandsInDialogText) {
     EXPECT_EQ(prompt, "Add  Driver Name 50 characters max.");
 }
 
-TEST(InputDialog, BlanksCancelAndTheCloseBoxAllMeanNothing) {
+TEST(InputDialog, BlanksAndCancelMeanNothingWhileTheCloseBoxSendsTheField) {
     OnNextModal([](QWidget* w) {
         QTest::keyClicks(inputForm(w)->txtMsg[0], "   ");
         QTest::mouseClick(inputForm(w)->cmdCloseDialog, Qt::LeftButton);

@@ -25,6 +25,8 @@ public:
 
     MsgResult show(const QString& text, MsgButtons buttons, MsgIcon icon, const QString& title) override {
         shown.append({text, buttons, icon, title.isEmpty() ? QStringLiteral("Orvel") : title});
+        if (shown.size() > 500) // a handler that retries for ever would hang the test run
+            qFatal("more than 500 messages, the last: %s", qPrintable(text));
         if (onShow)
             onShow(shown.last()); // what stands on screen while the box is up
         if (!m_answers.empty()) {

@@ -1,14 +1,14 @@
 // The vehicle list's statement: select list by purpose, then category, search, renewal period, order.
 #include "VehicleSql.h"
 
+#include <functional>
 #include <gtest/gtest.h>
 
 namespace {
 
 const QString kFrom = " From [Voertuig] inner join voerkat on voerkat.transid = voertuig.catid where "
                       "voertuig.transid > 0 ";
-const QString kGridSelect = "SELECT   voertuig.[TransID] ,desc as Category ,[Maak]  ,[Model] ,[RegNR]  ,[AWaarde]  "
-                            ",[KM] ,licenceduedate   ,serviceduedate ";
+const QString kOrder = " order by maak,model, regnr";
 
 VehicleListFilter CategoryFilter(int index, int id) {
     VehicleListFilter f;
@@ -21,63 +21,56 @@ VehicleListFilter CategoryFilter(int index, int id) {
 
 } // namespace
 
-TEST(VehicleSql, GridStatementOfOneCategory) {
-    EXPECT_EQ(BuildVehicleSql(CategoryFilter(2, 7), VehicleSqlKind::Grid),
-              kGridSelect + kFrom + " and CatID = 7 order by maak,model, regnr");
-    // "_All Categories" (index 0) adds no category condition.
-    EXPECT_EQ(BuildVehicleSql(CategoryFilter(0, 0), VehicleSqlKind::Grid),
-              kGridSelect + kFrom + " order by maak,model, regnr");
-}
-
-TEST(VehicleSql, MinimaAndWorkbookSelectLists) {
+TEST(VehicleSql, SelectListsByPurposeWithTheirBlanks) {
     VehicleListFilter f = CategoryFilter(1, 3);
     f.searchText = "toy";
-    EXPECT_EQ(BuildVehicleSql(f, VehicleSqlKind::MinLicence), "SELECT   min(licenceduedate) as [LicenceDate]" + kFrom);
-    EXPECT_EQ(BuildVehicleSql(f, VehicleSqlKind::MinService), "SELECT   min(serviceduedate) as [ServiceDate]" + kFrom);
+    EXPECT_EQ(BuildVehicleSql(f, VehicleSqlKind::Grid),
+              "SELECT   voertuig.[TransID] ,desc as Category ,[Maak]  ,[Model] ,[RegNR]  ,[AWaarde]  ,[KM] "
+              ",licenceduedate   ,serviceduedate " +
+                  kFrom + " and CatID = 3 and maak like '*toy*'" + kOrder);
     EXPECT_EQ(BuildVehicleSql(f, VehicleSqlKind::Workbook),
               "SELECT   desc as Category ,[Maak] as [Make] ,[Model] ,[RegNR] as [Registration #] ,[AWaarde] as "
               "[Purchase Price] ,[KM] ,licenceduedate as [Licence Renewal]  ,serviceduedate as [Service Due] " +
-                  kFrom + " and CatID = 3 and maak like '*toy*' order by maak,model, regnr");
+                  kFrom + " and CatID = 3 and maak like '*toy*'" + kOrder);
+    // The minima take no condition and no order.
+    EXPECT_EQ(BuildVehicleSql(f, VehicleSqlKind::MinLicence), "SELECT   min(licenceduedate) as [LicenceDate]" + kFrom);
+    EXPECT_EQ(BuildVehicleSql(f, VehicleSqlKind::MinService), "SELECT   min(serviceduedate) as [ServiceDate]" + kFrom);
 }
 
-TEST(VehicleSql, SearchByEachOptionWithTextAsTyped) {
-    VehicleListFilter f = CategoryFilter(0, 0);
-    f.searchText = " Hi lux";
-    f.searchOption = 1;
-    EXPECT_EQ(BuildVehicleSql(f, VehicleSqlKind::Grid),
-              kGridSelect + kFrom + " and model like '* Hi lux*' order by maak,model, regnr");
-    f.searchOption = 2;
-    f.searchText = "CA 1";
-    EXPECT_EQ(BuildVehicleSql(f, VehicleSqlKind::Grid),
-              kGridSelect + kFrom + " and regnr like '*CA 1*' order by maak,model, regnr");
-    f.searchText = "   ";
-    EXPECT_EQ(BuildVehicleSql(f, VehicleSqlKind::Grid), kGridSelect + kFrom + " order by maak,model, regnr");
-}
-
-TEST(VehicleSql, SearchAllCategoriesCountsOnlyForFillsThatHonourIt) {
-    VehicleListFilter f = CategoryFilter(1, 4);
-    f.searchAllChecked = true;
-    // A list click or refresh keeps the category even with the box checked.
-    EXPECT_TRUE(BuildVehicleSql(f, VehicleSqlKind::Grid).contains(" and CatID = 4"));
-    f.useAllCategories = true;
-    EXPECT_FALSE(BuildVehicleSql(f, VehicleSqlKind::Grid).contains("CatID"));
-    f.searchAllChecked = false;
-    EXPECT_TRUE(BuildVehicleSql(f, VehicleSqlKind::Grid).contains(" and CatID = 4"));
-}
-
-TEST(VehicleSql, RenewalPeriodByOption) {
-    VehicleListFilter f = CategoryFilter(1, 4);
-    f.useDates = true;
-    f.renewalOption = 0;
-    EXPECT_EQ(BuildVehicleSql(f, VehicleSqlKind::Grid),
-              kGridSelect + kFrom +
-                  " and CatID = 4 and licenceduedate Between '2023/01/05' and '2024/06/30' order by maak,model, regnr");
-    // A date run looks across all categories when the box is checked.
-    f.searchAllChecked = true;
-    f.renewalOption = 1;
-    EXPECT_EQ(BuildVehicleSql(f, VehicleSqlKind::Grid),
-              kGridSelect + kFrom +
-                  " and serviceduedate Between '2023/01/05' and '2024/06/30' order by maak,model, regnr");
-    f.renewalOption = -1;
-    EXPECT_EQ(BuildVehicleSql(f, VehicleSqlKind::Grid), kGridSelect + kFrom + " order by maak,model, regnr");
+// The conditions between the fixed part and the order, for each way the grid is filled.
+TEST(VehicleSql, ConditionsByCategorySearchAndRenewalPeriod) {
+    struct Case {
+        const char* name;
+        int categoryIndex;
+        std::function<void(VehicleListFilter&)> set;
+        QString conditions;
+    };
+    const Case cases[] = {
+        {"one category", 2, [](VehicleListFilter&) {}, " and CatID = 7"},
+        {"all categories", 0, [](VehicleListFilter&) {}, ""},
+        {"model, text as typed", 0, [](VehicleListFilter& f) { f.searchText = " Hi lux", f.searchOption = 1; },
+         " and model like '* Hi lux*'"},
+        {"registration", 0, [](VehicleListFilter& f) { f.searchText = "CA 1", f.searchOption = 2; },
+         " and regnr like '*CA 1*'"},
+        {"blanks search nothing", 0, [](VehicleListFilter& f) { f.searchText = "   ", f.searchOption = 2; }, ""},
+        {"box checked, list click", 2, [](VehicleListFilter& f) { f.searchAllChecked = true; }, " and CatID = 7"},
+        {"box checked, typing", 2, [](VehicleListFilter& f) { f.searchAllChecked = true, f.useAllCategories = true; },
+         ""},
+        {"box clear, typing", 2, [](VehicleListFilter& f) { f.useAllCategories = true; }, " and CatID = 7"},
+        {"licence period", 2, [](VehicleListFilter& f) { f.useDates = true, f.renewalOption = 0; },
+         " and CatID = 7 and licenceduedate Between '2023/01/05' and '2024/06/30'"},
+        {"service period, all categories", 2,
+         [](VehicleListFilter& f) { f.useDates = true, f.renewalOption = 1, f.searchAllChecked = true; },
+         " and serviceduedate Between '2023/01/05' and '2024/06/30'"},
+        {"period without an option", 2,
+         [](VehicleListFilter& f) { f.useDates = true, f.renewalOption = -1, f.searchAllChecked = true; }, ""},
+    };
+    for (const Case& c : cases) {
+        VehicleListFilter f = CategoryFilter(c.categoryIndex, c.categoryIndex > 0 ? 7 : 0);
+        c.set(f);
+        const QString sql = BuildVehicleSql(f, VehicleSqlKind::Grid);
+        ASSERT_TRUE(sql.contains(kFrom) && sql.endsWith(kOrder)) << c.name;
+        const qsizetype start = sql.indexOf(kFrom) + kFrom.size();
+        EXPECT_EQ(sql.mid(start, sql.size() - kOrder.size() - start), c.conditions) << c.name;
+    }
 }
