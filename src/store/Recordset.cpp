@@ -1,7 +1,9 @@
 // Recordsets as DAO gives them: snapshot, dynaset and table type.
 //
-// Every recordset reads its rows into memory when it opens: screens walk them, count them after MoveLast and
-// search them with FindFirst and Seek, and one read in a tight loop is the fastest way to all of that.
+// A snapshot or dynaset reads its rows into memory when it opens: screens walk them, count them after MoveLast
+// and search them with FindFirst, and one read in a tight loop is the fastest way to all of that. A table-type
+// recordset reads nothing until it is used: a Seek (or an AddNew) finds its one row through the store's own
+// index, and only a move, a count or a search reads the whole table, in the current index's order.
 // RecordCount follows DAO all the same: a table-type recordset knows all its rows at once, a dynaset or
 // snapshot counts the rows visited so far (1 right after opening when there are rows, all after MoveLast).
 // Writes (AddNew, Edit, Delete) go straight to the base table by its rowid, and the rows in memory follow.
@@ -81,7 +83,34 @@ public:
         m_visited = m_rows.empty() ? 0 : 1;
         m_deletedCurrent = false;
         m_mode = Mode::None;
+        m_loaded = Loaded::All;
     }
+
+    // A table-type recordset that has read no row yet: it stands on the first row of the table.
+    void openLazily(ResultSet columnsOnly, const QString& baseTable) {
+        load(std::move(columnsOnly), baseTable);
+        m_loaded = Loaded::None;
+    }
+
+    // Reads the whole table, in the current index's order, and stands on the row that was current.
+    void loadAll() {
+        if (m_loaded == Loaded::All)
+            return;
+        const bool onRow = m_loaded == Loaded::Current && !m_rows.empty();
+        const bool atEnd = m_loaded == Loaded::Current && m_rows.empty(); // after a Seek that found nothing
+        const std::int64_t current = onRow ? m_rowids.front() : 0;
+        ResultSet all = m_db.readAll("SELECT rowid, * FROM " + QuoteName(m_baseTable) + " ORDER BY rowid", true);
+        m_rows = std::move(all.rows);
+        m_rowids = std::move(all.rowids);
+        m_loaded = Loaded::All;
+        orderByIndex();
+        m_deletedCurrent = false;
+        m_pos = atEnd ? size() : 0;
+        if (onRow)
+            m_pos = static_cast<int>(std::find(m_rowids.begin(), m_rowids.end(), current) - m_rowids.begin());
+        visit();
+    }
+    bool lazy() const { return m_loaded != Loaded::All; }
 
     // ---- position ----
     int size() const { return static_cast<int>(m_rows.size()); }
@@ -123,9 +152,11 @@ public:
             throw itemNotFound();
     }
 
-    Value field(int index) const {
+    Value field(int index) {
         requireOpen();
         checkIndex(index);
+        if (m_loaded == Loaded::None && m_mode == Mode::None)
+            loadAll();
         if (m_mode != Mode::None)
             return m_buffer[static_cast<size_t>(index)];
         if (m_deletedCurrent)
@@ -160,6 +191,7 @@ public:
     // ---- moves ----
     void moveFirst() {
         requireOpen();
+        loadAll();
         cancelPending();
         if (m_rows.empty())
             throw noCurrentRecord();
@@ -169,6 +201,7 @@ public:
     }
     void moveLast() {
         requireOpen();
+        loadAll();
         cancelPending();
         if (m_rows.empty())
             throw noCurrentRecord();
@@ -178,6 +211,7 @@ public:
     }
     void moveNext() {
         requireOpen();
+        loadAll();
         cancelPending();
         if (m_deletedCurrent) {
             m_deletedCurrent = false; // the row after the deleted one is already in its place
@@ -191,6 +225,7 @@ public:
     }
     void movePrevious() {
         requireOpen();
+        loadAll();
         cancelPending();
         m_deletedCurrent = false;
         if (m_pos < 0)
@@ -198,9 +233,17 @@ public:
         --m_pos;
     }
 
-    bool eof() const { return m_rows.empty() || (!m_deletedCurrent && m_pos >= size()); }
-    bool bof() const { return m_rows.empty() || m_pos < 0; }
-    int recordCount() const {
+    bool eof() {
+        if (m_loaded == Loaded::None)
+            loadAll();
+        return m_rows.empty() || (!m_deletedCurrent && m_pos >= size());
+    }
+    bool bof() {
+        loadAll();
+        return m_rows.empty() || m_pos < 0;
+    }
+    int recordCount() {
+        loadAll();
         if (m_type == RecordsetType::Table)
             return size();
         return std::min(m_visited, size());
@@ -224,6 +267,8 @@ public:
         requireOpen();
         if (!writable())
             throw readOnly();
+        if (m_loaded == Loaded::None)
+            loadAll();
         if (m_deletedCurrent)
             throw DbError(3167, "Record is deleted.");
         if (!hasCurrent())
@@ -255,6 +300,7 @@ public:
         requireOpen();
         if (!writable())
             throw readOnly();
+        loadAll(); // the row after the deleted one is the next current
         cancelPending();
         if (m_deletedCurrent)
             throw DbError(3167, "Record is deleted.");
@@ -271,6 +317,7 @@ public:
     // ---- searches ----
     void find(const QString& criteria, bool fromStart) {
         requireOpen();
+        loadAll();
         cancelPending();
         const int start = fromStart ? 0 : (m_deletedCurrent ? m_pos : m_pos + 1);
         const int found = firstMatch(criteria, std::max(start, 0));
@@ -292,8 +339,17 @@ public:
             m_indexColumns.clear();
             for (const auto& f : index.fields)
                 m_indexColumns.push_back(fieldIndex(f));
-            sortByIndex();
             m_indexName = index.name;
+            if (lazy()) {
+                // Standing on the first row of the new order, still unread.
+                m_rows.clear();
+                m_rowids.clear();
+                m_loaded = Loaded::None;
+                m_pos = 0;
+                m_mode = Mode::None;
+                return;
+            }
+            sortByIndex();
             return;
         }
         throw DbError(3800, QString("'%1' is not an index in this table.").arg(name));
@@ -326,6 +382,11 @@ public:
                 throw DbError(3464, "Data type mismatch in criteria expression.");
             }
         }
+        if (lazy() && std::none_of(wanted.begin(), wanted.end(), [](const Value& v) { return v.isNull(); })) {
+            seekInStore(op, wanted);
+            return;
+        }
+        loadAll();
         auto cmp = [&](int row) {
             for (size_t k = 0; k < used; ++k) {
                 const int c =
@@ -356,8 +417,19 @@ public:
         visit();
     }
 
-    // Orders the rows by the current index's fields (ties by rowid), with the comparison Seek uses.
+    // Orders the rows by the current index's fields (ties by rowid), with the comparison Seek uses, and stands
+    // on the first.
     void sortByIndex() {
+        orderByIndex();
+        m_pos = 0;
+        m_deletedCurrent = false;
+        m_mode = Mode::None;
+        visit();
+    }
+
+    void orderByIndex() {
+        if (m_indexColumns.empty())
+            return;
         std::vector<size_t> order(m_rows.size());
         for (size_t i = 0; i < order.size(); ++i)
             order[i] = i;
@@ -379,20 +451,59 @@ public:
         }
         m_rows = std::move(rows);
         m_rowids = std::move(rowids);
+    }
+
+    // The Seek of a table not yet read: the store's index finds the one row, in the order the index gives.
+    void seekInStore(const QString& op, const std::vector<Value>& wanted) {
+        QStringList keys, marks, order;
+        const bool downward = op == "<" || op == "<=";
+        for (size_t k = 0; k < m_indexColumns.size(); ++k) {
+            const QString column = QuoteName(m_originColumns[static_cast<size_t>(m_indexColumns[k])]);
+            if (k < wanted.size()) {
+                keys << column;
+                marks << QString("?%1").arg(k + 1);
+            }
+            order << column + (downward ? " DESC" : "");
+        }
+        order << (downward ? "rowid DESC" : "rowid");
+        const QString left = keys.size() == 1 ? keys.front() : "(" + keys.join(", ") + ")";
+        const QString right = marks.size() == 1 ? marks.front() : "(" + marks.join(", ") + ")";
+        Statement s = m_db.prepare("SELECT rowid, * FROM " + QuoteName(m_baseTable) + " WHERE " + left + " " + op +
+                                   " " + right + " ORDER BY " + order.join(", ") + " LIMIT 1");
+        for (size_t k = 0; k < wanted.size(); ++k)
+            BindValue(s, static_cast<int>(k) + 1, wanted[k]);
+        m_rows.clear();
+        m_rowids.clear();
+        const int rc = sqlite3_step(s);
+        if (rc == SQLITE_ROW) {
+            m_rowids.push_back(sqlite3_column_int64(s, 0));
+            std::vector<Value> row;
+            for (int c = 0; c < m_names.size(); ++c)
+                row.push_back(ReadColumnValue(s, c + 1, m_types[static_cast<size_t>(c)]));
+            m_rows.push_back(std::move(row));
+        } else if (rc != SQLITE_DONE) {
+            m_db.fail(rc);
+        }
+        m_loaded = Loaded::Current;
         m_pos = 0;
         m_deletedCurrent = false;
-        m_mode = Mode::None;
-        visit();
+        m_noMatch = m_rows.empty();
     }
 
     bool noMatch() const { return m_noMatch; }
     void close() { m_closed = true; }
 
     const QStringList& names() const { return m_names; }
-    int position() const { return hasCurrent() ? m_pos : -1; }
+    int position() {
+        loadAll();
+        return hasCurrent() ? m_pos : -1;
+    }
 
 private:
     enum class Mode { None, Add, Edit };
+    // What a table-type recordset has read: everything, nothing yet (it stands on the first row), or only its
+    // current row (none after a Seek that found nothing).
+    enum class Loaded { All, None, Current };
 
     std::vector<Value> defaults() {
         if (!m_defaults.empty())
@@ -476,6 +587,15 @@ private:
         m_db.runToEnd(s);
         const std::int64_t rowid = sqlite3_last_insert_rowid(m_db.db());
         std::vector<Value> row = rereadRow(rowid);
+        if (lazy()) {
+            // The new row becomes current; the rest of the table stays unread.
+            m_rows = {std::move(row)};
+            m_rowids = {rowid};
+            m_loaded = Loaded::Current;
+            m_pos = 0;
+            m_deletedCurrent = false;
+            return;
+        }
 
         // The new row becomes current: at its place in the index order, else at the end.
         int at = size();
@@ -588,6 +708,7 @@ private:
     bool m_noMatch = false;
     bool m_closed = false;
     Mode m_mode = Mode::None;
+    Loaded m_loaded = Loaded::All;
     std::vector<Value> m_buffer;
     std::vector<bool> m_dirty;
     std::vector<Value> m_defaults;
@@ -621,7 +742,7 @@ std::unique_ptr<Recordset> openRecordset(DatabaseImpl& db, const QString& source
             throw DbError(3219, "Invalid operation.");
         if (stored.isEmpty())
             throw DbError(3078, QString("Cannot find the input table or query '%1'.").arg(name));
-        impl->load(db.readAll("SELECT rowid, * FROM " + QuoteName(stored) + " ORDER BY rowid", true), stored);
+        impl->openLazily(db.readAll("SELECT rowid, * FROM " + QuoteName(stored) + " WHERE 0", true), stored);
     } else {
         const QString statement = stored.isEmpty() ? source : "SELECT * FROM [" + stored + "]";
         if (!name.isEmpty() && stored.isEmpty() && !source.contains(' '))

@@ -242,3 +242,34 @@ TEST_F(RecordsetTest, DynasetOverOneTableOfAJoinWritesThatTable) {
                                   RecordsetType::Dynaset);
     EXPECT_EQ(errorOf([&] { both->Edit(); }), 3027);
 }
+
+// A table-type recordset reads the table as it stands when it is used, finds a Seek's row through the index and
+// walks on from there in the index's order.
+TEST_F(RecordsetTest, TableTypeSeeksTheTableAsItStandsAndWalksOnInIndexOrder) {
+    auto rs = db->OpenRecordset("Tanks", RecordsetType::Table);
+    rs->SetIndex("TANKDATUM");
+    db->Execute("insert into Tanks (TankNaam, Datum) values ('Late', '2024/02/20')");
+    rs->Seek(">", {Value("2024/02/10")});
+    ASSERT_FALSE(rs->NoMatch());
+    EXPECT_EQ(rs->Field("TankNaam"), Value("Late"));
+    rs->MoveNext();
+    EXPECT_EQ(rs->Field("TankNaam"), Value("Diesel"));
+    rs->Seek("<", {Value("2024/02/20")});
+    EXPECT_EQ(rs->Field("TankNaam"), Value("Paraffin"));
+    rs->MovePrevious();
+    EXPECT_EQ(rs->Field("TankNaam"), Value("petrol"));
+    EXPECT_EQ(rs->RecordCount(), 4);
+
+    auto named = db->OpenRecordset("Tanks", RecordsetType::Table);
+    named->SetIndex("NAMEDATE");
+    named->Seek("=", {Value("PARAFFIN"), Value("")});
+    ASSERT_FALSE(named->NoMatch());
+    named->Edit();
+    named->SetField("HuidigeVolume", Value(12.5));
+    named->Update();
+    EXPECT_EQ(raw("SELECT HuidigeVolume FROM Tanks WHERE TankNaam = 'Paraffin'"), "12.5");
+    named->Seek(">=", {Value("zz"), Value("")});
+    EXPECT_TRUE(named->NoMatch());
+    EXPECT_TRUE(named->Eof());
+    EXPECT_EQ(errorOf([&] { named->MoveNext(); }), 3021);
+}
