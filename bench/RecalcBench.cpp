@@ -75,6 +75,12 @@ QString OneSize(const QString& orvel, int fuelRows) {
         OpenSessionStore(s);
         counts = GenerateRegister(*s.db, shape);
     }
+    // ORVEL_BENCH_KEEP=DIR keeps a copy of each generated register there, for looking at it by hand.
+    if (const QString keep = qEnvironmentVariable("ORVEL_BENCH_KEEP"); !keep.isEmpty()) {
+        QDir(keep).mkpath(QString("%1/Databases").arg(fuelRows));
+        QFile::copy(fastHome.path() + "/Databases/invent.db",
+                    QString("%1/%2/Databases/invent.db").arg(keep).arg(fuelRows));
+    }
     QDir(walkHome.path()).mkpath("Databases");
     if (!QFile::copy(fastHome.path() + "/Databases/invent.db", walkHome.path() + "/Databases/invent.db"))
         throw DbError(3024, "could not copy the generated store");

@@ -365,7 +365,6 @@ private:
 
     enum class TieRule { Unknown, StoredOrder, IndexOrder, AskEach };
     TieRule m_tieRule = TieRule::Unknown;
-    std::map<QString, size_t> m_fuelByKey;
 
     JetType m_prevKmType, m_lesingType, m_verloreType, m_volumeType;
     std::vector<PendingWrite> m_writes;
@@ -537,18 +536,19 @@ std::vector<size_t> FastRecalc::chainOrder(const Value& vehicleId, std::vector<s
     if (m_tieRule == TieRule::IndexOrder)
         return byIndex;
 
-    if (m_fuelByKey.empty())
-        for (size_t i = 0; i < m_fuel.size(); ++i)
-            m_fuelByKey[valueOf(m_fuel[i].transId).toString()] = i;
+    // The vehicle's own rows by key: the statement's rows are matched to them.
+    QHash<QString, size_t> byKey;
+    for (size_t i : rows)
+        byKey.insert(valueOf(m_fuel[i].transId).toString(), i);
     const std::vector<size_t> asStored = guarded([&] {
         std::vector<size_t> order;
-        auto rs = m_db.OpenRecordset("SELECT * FROM VecFuel WHERE VoertuigID = " + vehicleId.toString() +
-                                     " ORDER BY val(KMRead) Asc");
-        for (; !rs->Eof(); rs->MoveNext()) {
-            auto found = m_fuelByKey.find(rs->Field("TransID").toString());
-            if (found != m_fuelByKey.end())
-                order.push_back(found->second);
-        }
+        m_db.ForEachRow("SELECT TransID FROM VecFuel WHERE VoertuigID = " + vehicleId.toString() +
+                            " ORDER BY val(KMRead) Asc",
+                        [&](const RowView& r) {
+                            auto found = byKey.constFind(r.value(0).toString());
+                            if (found != byKey.constEnd())
+                                order.push_back(found.value());
+                        });
         return order;
     });
     if (asStored.size() != rows.size())
