@@ -5,8 +5,11 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <cstdio>
+#include <sys/stat.h>
 
 int main(int argc, char** argv) {
+    // Everything the program writes (store, journal, workbooks, backups) holds people's names: owner only.
+    umask(077);
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
         arguments << QString::fromLocal8Bit(argv[i]);

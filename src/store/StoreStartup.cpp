@@ -9,6 +9,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
+#include <algorithm>
+#include <sqlite3.h>
 
 namespace {
 
@@ -21,6 +23,7 @@ QString StoreFileOf(const Session& s) {
 // Nobody sees the store before it is made, so the whole making is one transaction.
 std::unique_ptr<Database> CreateNewStore(const QString& file) {
     std::unique_ptr<Database> store = Database::Open(file, true);
+    QFile::setPermissions(file, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     try {
         store->BeginTrans();
         CreateOlderSchema(*store);
@@ -34,11 +37,71 @@ std::unique_ptr<Database> CreateNewStore(const QString& file) {
     return store;
 }
 
+// A folder the program makes for itself holds people's names and permits: its owner alone reads it.
+bool MakePrivateFolder(const QString& path) {
+    if (QFileInfo(path).isDir())
+        return true;
+    if (!QDir().mkpath(path))
+        return false;
+    QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    return true;
+}
+
+quint32 HeaderNumber(const QByteArray& header, int at, int bytes) {
+    quint32 v = 0;
+    for (int i = 0; i < bytes; ++i)
+        v = (v << 8) | static_cast<quint8>(header[at + i]);
+    return v;
+}
+
+DbError NotARegister(const QString& file, const QString& cause) {
+    return DbError(3343, QString("'%1' is not a register this program can open: %2.").arg(file, cause));
+}
+
+// Before anything is written: the file must be a whole SQLite file.
+void CheckStoreFile(const QString& file) {
+    QFile f(file);
+    if (!f.open(QIODevice::ReadOnly))
+        throw DbError(3051, QString("'%1' cannot be opened: %2.").arg(file, f.errorString()));
+    const QByteArray header = f.read(100);
+    if (header.size() < 100 || !header.startsWith(QByteArray("SQLite format 3\0", 16)))
+        throw NotARegister(file, header.isEmpty() ? "the file is empty" : "the file is not a database");
+    const quint32 pageSize = HeaderNumber(header, 16, 2) == 1 ? 65536 : HeaderNumber(header, 16, 2);
+    const quint32 pages = HeaderNumber(header, 28, 4);
+    // The page count is kept in the header by every SQLite of this century; a shorter file was cut off.
+    if (pageSize >= 512 && pages > 0 && static_cast<qint64>(pageSize) * pages > f.size())
+        throw NotARegister(
+            file,
+            QString("the file is cut short (%1 bytes of %2)").arg(f.size()).arg(static_cast<qint64>(pageSize) * pages));
+}
+
+// Still before anything is written: the file must hold an installation's tables, and be writable.
+void CheckStoreTables(Database& db, const QString& file) {
+    if (sqlite3_db_readonly(db.handle(), "main") == 1)
+        throw DbError(3051, QString("'%1' cannot be written to: the file is read-only.").arg(file));
+    const QStringList present = db.TableNames();
+    for (const OlderTable& table : OlderTables()) {
+        // These the upgrade itself drops or moves away.
+        if (table.name == "vdiens" || table.name == "addservices" || table.name == "VecChoice")
+            continue;
+        if (!present.contains(table.name, Qt::CaseInsensitive))
+            throw NotARegister(file, QString("it has no table '%1'").arg(table.name));
+        const std::vector<FieldDef> fields = db.Fields(table.name);
+        for (const FieldDef& wanted : table.fields) {
+            const bool found = std::any_of(fields.begin(), fields.end(), [&](const FieldDef& f) {
+                return f.name.compare(wanted.name, Qt::CaseInsensitive) == 0;
+            });
+            if (!found)
+                throw NotARegister(file, QString("its table '%1' has no column '%2'").arg(table.name, wanted.name));
+        }
+    }
+}
+
 } // namespace
 
 bool AcquireInstanceLock(Session& s) {
     const QString home = s.home.isEmpty() ? HomeFolder() : s.home;
-    QDir().mkpath(home);
+    MakePrivateFolder(home);
     auto lock = std::make_unique<QLockFile>(QDir(home).filePath("orvel.lock"));
     // Only a lock whose process has died counts as stale: a running instance may hold it for days.
     lock->setStaleLockTime(0);
@@ -52,13 +115,18 @@ void OpenSessionStore(Session& s) {
     if (s.home.isEmpty())
         s.home = HomeFolder();
     s.DataPath = DataPathOf(s.home);
-    if (!QDir().mkpath(s.DataPath))
+    if (!MakePrivateFolder(s.DataPath))
         throw DbError(3044, "'" + s.DataPath + "' is not a valid path.");
     const QString file = StoreFileOf(s);
-    if (QFileInfo::exists(file))
-        s.db = Database::Open(file, false);
-    else
+    if (QFileInfo::exists(file)) {
+        // A file that is no register, or one cut short, is refused as it is: nothing is written to it.
+        CheckStoreFile(file);
+        std::unique_ptr<Database> store = Database::Open(file, false);
+        CheckStoreTables(*store, file);
+        s.db = std::move(store);
+    } else {
         s.db = CreateNewStore(file);
+    }
 }
 
 void OwnerProbe(Database& db) {

@@ -6,8 +6,11 @@
 #include "TempHome.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
+#include <functional>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 namespace {
 
@@ -59,25 +62,96 @@ TEST(CheckCommand, RefusedWhileAnotherInstanceHoldsTheHome) {
     EXPECT_FALSE(QFile::exists(home.storeFile())); // refused before the store is touched
 }
 
-TEST(CheckCommand, StoreWithoutOwnerFailsWithTheReason) {
-    TempHome home;
-    ASSERT_EQ(RunCheck(home.path()).exitCode, 0);
-    Database::Open(home.storeFile(), false)->Execute("drop table owner");
-    const CheckRun run = RunCheck(home.path());
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_NE(run.err.find("orvel check: error"), std::string::npos) << run.err;
-    EXPECT_EQ(run.out, "");
+// A file that is no register, one cut short, another program's database, a store that lacks a table or a column,
+// a read-only store: each is refused with its file and cause named, and left byte for byte as it was.
+TEST(CheckCommand, DamagedOrForeignStoresAreRefusedAndLeftAsTheyWere) {
+    struct Case {
+        const char* name;
+        std::function<void(const QString& file)> make;
+        const char* cause;
+    };
+    auto validStore = [](const QString& file) {
+        Session s;
+        s.home = QFileInfo(file).absolutePath() + "/..";
+        OpenSessionStore(s);
+        RunStartupSteps(*s.db);
+    };
+    auto writeBytes = [](const QString& file, const QByteArray& bytes) {
+        QFile f(file);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        f.write(bytes);
+    };
+    const Case cases[] = {
+        {"zeros", [&](const QString& f) { writeBytes(f, QByteArray(8192, '\0')); }, "the file is not a database"},
+        {"text", [&](const QString& f) { writeBytes(f, "Vehicle list\nCA 123-456\n"); }, "the file is not a database"},
+        {"empty", [&](const QString& f) { writeBytes(f, ""); }, "the file is empty"},
+        {"truncated",
+         [&](const QString& f) {
+             validStore(f);
+             QFile file(f);
+             ASSERT_TRUE(file.resize(file.size() / 2));
+         },
+         "the file is cut short"},
+        {"another program's database",
+         [](const QString& f) { Database::Open(f, true)->Execute("create table notes (id long, body text(50))"); },
+         "it has no table 'owner'"},
+        {"a table lacks a column",
+         [&](const QString& f) {
+             validStore(f);
+             Database::Open(f, false)->Execute("alter table vecfuel drop column kmread");
+         },
+         "its table 'VecFuel' has no column 'KmRead'"},
+        {"a table is missing",
+         [&](const QString& f) {
+             validStore(f);
+             Database::Open(f, false)->Execute("drop table owner");
+         },
+         "it has no table 'owner'"},
+        {"read-only",
+         [&](const QString& f) {
+             validStore(f);
+             QFile::setPermissions(f, QFileDevice::ReadOwner);
+         },
+         "the file is read-only"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        // The superuser writes through a file's read-only mode, so that case needs an ordinary user.
+        if (QString(c.name) == "read-only" && geteuid() == 0)
+            continue;
+        TempHome home;
+        c.make(home.storeFile());
+        QFile::remove(home.storeFile() + ".checked");
+        QFile before(home.storeFile());
+        ASSERT_TRUE(before.open(QIODevice::ReadOnly));
+        const QByteArray bytes = before.readAll();
+        before.close();
+        const CheckRun run = RunCheck(home.path());
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_NE(run.err.find(home.storeFile().toStdString()), std::string::npos) << run.err;
+        EXPECT_NE(run.err.find(c.cause), std::string::npos) << run.err;
+        EXPECT_EQ(run.out, "");
+        QFile after(home.storeFile());
+        ASSERT_TRUE(after.open(QIODevice::ReadOnly));
+        EXPECT_TRUE(after.readAll() == bytes);
+        EXPECT_FALSE(QFile::exists(home.storeFile() + "-journal"));
+        QFile::setPermissions(home.storeFile(), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    }
 }
 
-TEST(CheckCommand, FileThatIsNoStoreFails) {
-    TempHome home;
-    QFile junk(home.storeFile());
-    ASSERT_TRUE(junk.open(QIODevice::WriteOnly));
-    junk.write(QByteArray(4096, 'x'));
-    junk.close();
-    const CheckRun run = RunCheck(home.path());
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_NE(run.err.find("orvel check:"), std::string::npos) << run.err;
+// A new home holds people's names: its folders are its owner's alone, and so is the store.
+TEST(CheckCommand, ANewHomeIsPrivate) {
+    QTemporaryDir root;
+    const QString home = root.path() + "/private";
+    ASSERT_EQ(RunCheck(home).exitCode, 0);
+    const auto owner = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+    const auto others = QFileDevice::ReadGroup | QFileDevice::ReadOther | QFileDevice::WriteGroup |
+                        QFileDevice::WriteOther | QFileDevice::ExeGroup | QFileDevice::ExeOther;
+    for (const QString& folder : {home, home + "/Databases"}) {
+        EXPECT_TRUE(QFile::permissions(folder) & QFileDevice::ExeOwner) << folder.toStdString();
+        EXPECT_FALSE(QFile::permissions(folder) & others) << folder.toStdString();
+    }
+    EXPECT_EQ(QFile::permissions(home + "/Databases/invent.db") & (owner | others), owner);
 }
 
 TEST(CheckCommand, ExtraWordsAreRefused) {
