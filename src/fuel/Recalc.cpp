@@ -5,6 +5,7 @@
 #include "QueryHelpers.h"
 #include "RecalcSteps.h"
 #include "Session.h"
+#include "StoreFacts.h"
 #include "Vb.h"
 
 #include <QHash>
@@ -307,6 +308,7 @@ public:
 
     int readVehicles();
     void run(RecalcSummary& summary);
+    RecalcSummary settledSummary();
 
 private:
     void readFuel();
@@ -737,6 +739,25 @@ void FastRecalc::run(RecalcSummary& summary) {
     summary.valuesWritten = static_cast<int>(m_writes.size());
 }
 
+// What a run on a store at its fixed point reports: the counts as they stand, nothing rewritten.
+RecalcSummary FastRecalc::settledSummary() {
+    auto count = [&](const char* table) {
+        return guarded([&] {
+            std::int64_t n = 0;
+            m_db.ForEachRow(QString("SELECT count(*) FROM ") + table, [&](const RowView& r) { n = r.integer(0); });
+            return static_cast<int>(n);
+        });
+    };
+    RecalcSummary summary;
+    summary.vehicles = static_cast<int>(m_vehicles.size());
+    summary.fuelRows = count("VecFuel");
+    summary.stockTakes = count("TankStock");
+    summary.tanks = count("Tanks");
+    return summary;
+}
+
+const QString kSettledMark = QStringLiteral("recalc settled");
+
 class BarShown {
 public:
     explicit BarShown(QProgressBar* bar) : m_bar(bar) {
@@ -766,7 +787,22 @@ bool Recalc(Database& store, QProgressBar* progressBar, bool showDone, RecalcSum
             progressBar->setMaximum(vehicles);
             progressBar->setValue(0);
         }
-        work.run(local);
+        // A run that found nothing to rewrite left the store at its fixed point; while nothing has touched the
+        // store since, a run would read the same rows and again write nothing.
+        // The same holds across runs of the program for a file that is byte for byte the one it settled.
+        const StoreFingerprint file = FingerprintOf(store.Path());
+        StoreFacts facts = ReadStoreFacts(store.Path());
+        const bool noTransaction = sqlite3_get_autocommit(store.handle()) != 0;
+        if (store.UnchangedSince(kSettledMark) || (facts.recalcSettled && noTransaction)) {
+            local = work.settledSummary();
+        } else {
+            work.run(local);
+            if (ok && local.valuesWritten == 0 && noTransaction) {
+                store.MarkUnchanged(kSettledMark);
+                facts.recalcSettled = true;
+                RecordStoreFacts(store.Path(), file, facts);
+            }
+        }
         if (showDone)
             MsgBox("Recalculation done", MsgButtons::Ok, MsgIcon::None, "Recalc");
     }

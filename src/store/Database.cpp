@@ -289,6 +289,16 @@ void Database::RefreshTableDefs() {
     m_impl->catalog().tableNames();
 }
 
+bool Database::UnchangedSince(const QString& key) const {
+    const auto found = m_impl->unchangedMarks.find(key);
+    return found != m_impl->unchangedMarks.end() && found->second == m_impl->StoreStamp() &&
+           m_impl->transactionDepth == 0;
+}
+
+void Database::MarkUnchanged(const QString& key) {
+    m_impl->unchangedMarks[key] = m_impl->StoreStamp();
+}
+
 void Database::BeginTrans() {
     // Nested transactions are savepoints inside the outer one, as DAO nests them.
     if (m_impl->transactionDepth == 0)

@@ -141,6 +141,11 @@ public:
     void CreateIndex(const QString& table, const IndexDef& index); // fails on a duplicate name or a missing column
     void RefreshTableDefs();
 
+    // Whether nothing has changed the store (this connection, another one, or its schema) since MarkUnchanged was
+    // called with the key: a routine whose result depends on the store alone need not run again.
+    bool UnchangedSince(const QString& key) const;
+    void MarkUnchanged(const QString& key);
+
     void BeginTrans();
     void CommitTrans();
     void Rollback();

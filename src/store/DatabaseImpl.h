@@ -81,6 +81,7 @@ public:
         bool anyForeign = false;
     };
     std::map<QString, ForeignValueScan> foreignScans; // lower-case table name
+    std::map<QString, std::array<std::int64_t, 3>> unchangedMarks;
     // Changes by this connection, changes by any other, and the schema's version: equal stamps, the same store.
     std::array<std::int64_t, 3> StoreStamp() const;
 

@@ -53,6 +53,7 @@ StoreFacts ReadStoreFacts(const QString& storeFile) {
         return facts;
     facts.stepsChangeNothing = lines.contains("steps change nothing");
     facts.intact = lines.contains("intact");
+    facts.recalcSettled = lines.contains("recalc settled");
     return facts;
 }
 
@@ -67,6 +68,8 @@ void RecordStoreFacts(const QString& storeFile, const StoreFingerprint& found, c
         text += "steps change nothing\n";
     if (facts.intact)
         text += "intact\n";
+    if (facts.recalcSettled)
+        text += "recalc settled\n";
     file.write(text);
     file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     file.commit();

@@ -5,6 +5,7 @@
 // The facts sit beside the store ("invent.db.checked") with the fingerprint of the file they were found on: its
 // size, its time of change, and SQLite's own change counter and page count from the file's header, which every
 // committed write moves. A file that has changed in any way has no facts.
+// (Within a run, Database::UnchangedSince answers the same question without reading the file.)
 
 #include <QString>
 #include <QtGlobal>
@@ -26,6 +27,7 @@ StoreFingerprint FingerprintOf(const QString& storeFile);
 struct StoreFacts {
     bool stepsChangeNothing = false; // the start-up steps ran on this file, wrote nothing and showed nothing
     bool intact = false;             // the integrity check passed on this file
+    bool recalcSettled = false;      // a recalculation on this file found nothing to rewrite
 };
 
 StoreFacts ReadStoreFacts(const QString& storeFile); // none where the file has changed

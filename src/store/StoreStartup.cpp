@@ -164,7 +164,7 @@ void RunStartupSteps(Database& db) {
         return;
     const bool quiet = RunSchemaSteps(db);
     if (quiet && before.valid() && FingerprintOf(file) == before)
-        RecordStoreFacts(file, before, {true, known.intact});
+        RecordStoreFacts(file, before, {true, known.intact, known.recalcSettled});
 }
 
 void RepairAtExit(Session& s) {

@@ -333,3 +333,38 @@ INSTANTIATE_TEST_SUITE_P(Shapes, RecalcAgainstRowByRow,
                          });
 
 } // namespace
+
+namespace {
+
+// A run that rewrote nothing is not repeated while the store stands unchanged; any change, by this connection or
+// by another program, makes the next run read everything again.
+TEST_F(RecalcStore, ASettledStoreIsRecalculatedAfterAnyChange) {
+    exec("insert into voertuig (TransID, CatID, Maak, RegNr, Km) values (1, 1, 'A', 'B', 100)");
+    exec("insert into Tanks (TransID, TankNaam, HuidigeVolume) values (1, 'DIESEL', 0)");
+    purchase(1, "2024/01/01", "1000");
+    issue(1, 1, 1, "2024/01/02", "150", "40");
+    issue(2, 1, 1, "2024/01/03", "200", "60");
+    RecalcSummary summary;
+    ASSERT_TRUE(Recalc(store(), nullptr, false, &summary));
+    ASSERT_TRUE(Recalc(store(), nullptr, false, &summary));
+    EXPECT_EQ(summary.valuesWritten, 0);
+    EXPECT_EQ(summary.fuelRows, 2);
+    EXPECT_DOUBLE_EQ(volume(1), 900);
+
+    exec("update VecFuel set KmRead = 250 where TransID = 1"); // now the later reading
+    ASSERT_TRUE(Recalc(store(), nullptr, false, &summary));
+    EXPECT_DOUBLE_EQ(previousKm(1), 200);
+    EXPECT_DOUBLE_EQ(previousKm(2), 100);
+
+    ASSERT_TRUE(Recalc(store(), nullptr, false, &summary)); // settled again
+    sqlite3* other = nullptr;
+    ASSERT_EQ(sqlite3_open(m_home.storeFile().toUtf8().constData(), &other), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(other, "UPDATE VecFuel SET Litres = 10 WHERE TransID = 2", nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    sqlite3_close(other);
+    ASSERT_TRUE(Recalc(store(), nullptr, false, &summary));
+    EXPECT_DOUBLE_EQ(volume(1), 950);
+    EXPECT_TRUE(m_messages.shown.isEmpty());
+}
+
+} // namespace
