@@ -76,6 +76,19 @@ TEST_F(TypedWrites, InsertsConvertAsUpdatesDoAndNumbersSortAsNumbers) {
     EXPECT_EQ(raw("select count(*) from t where n is null"), "1");
 }
 
+TEST_F(TypedWrites, RowsInsertedFromASelectConvertAsAssignmentsDo) {
+    db->Execute("create table src (txt text(20), amount text(20))");
+    db->Execute("insert into src values ('12.5', '2024/01/05')");
+    db->Execute("insert into src values ('junk', 'no date')");
+    db->Execute("delete * from t");
+    db->Execute("insert into t (n, w, d, s) select txt, txt, amount, txt from src order by txt");
+    EXPECT_EQ(raw("select group_concat(coalesce(typeof(n), '') || ':' || coalesce(n, ''), ' ') from t"),
+              "real:12.5 null:");
+    EXPECT_EQ(raw("select group_concat(coalesce(w, 'null'), ' ') from t"), "12 null");
+    EXPECT_EQ(raw("select count(*) from t where d is null"), "1");
+    EXPECT_EQ(raw("select group_concat(s, ' ') from t"), "12.5 junk");
+}
+
 TEST_F(TypedWrites, CurrencySumsAreExactAndReadBackAsCurrency) {
     db->Execute("delete * from t");
     for (const char* amount : {"0.1", "0.2", "-0.3"})

@@ -1160,10 +1160,30 @@ SqlitePlan Emitter::plan(const Statement& st) {
         QStringList quoted;
         for (const QString& c : cols)
             quoted << quoteName(c);
+        // The rows go in as an assignment would put them: a number or date column converts what it is given.
+        QStringList converted;
+        bool anyConverted = false;
+        for (int i = 0; i < cols.size(); ++i) {
+            const char kind = storeKindOf(st.table, cols[i]);
+            const QString source = QStringLiteral("orvel_c%1").arg(i);
+            converted << (kind ? QStringLiteral("jet_store(") + source + QStringLiteral(",'") + QLatin1Char(kind) +
+                                     QStringLiteral("')")
+                               : source);
+            anyConverted = anyConverted || kind;
+        }
+        QString rows = select(*st.select);
+        if (anyConverted) {
+            QStringList sources;
+            for (int i = 0; i < cols.size(); ++i)
+                sources << QStringLiteral("orvel_c%1").arg(i);
+            rows = QStringLiteral("WITH orvel_rows(") + sources.join(QLatin1Char(',')) + QStringLiteral(") AS (") +
+                   rows + QStringLiteral(") SELECT ") + converted.join(QLatin1Char(',')) +
+                   QStringLiteral(" FROM orvel_rows");
+        }
         plan.sql =
             QStringLiteral("INSERT INTO ") + quoteName(st.table) +
             (quoted.isEmpty() ? QString() : QStringLiteral(" (") + quoted.join(QLatin1Char(',')) + QLatin1Char(')')) +
-            QLatin1Char(' ') + select(*st.select);
+            QLatin1Char(' ') + rows;
         break;
     }
     case Statement::Kind::Update:
