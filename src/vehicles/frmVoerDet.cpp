@@ -165,7 +165,7 @@ QWidget* frmVoerDet::buildVehiclePage() {
     Label14[0]->setText("Name/Make");
     form->addRow(Label14[0], txtMaak);
 
-    txtReg = MakeField(page, "txtReg", 50);
+    txtReg = MakeField(page, "txtReg", 20); // as wide as RegNr
     Label14[1]->setText("Registration No");
     form->addRow(Label14[1], txtReg);
 
@@ -286,7 +286,7 @@ QWidget* frmVoerDet::buildAdditionalPage() {
     form->addRow("Insured Value", txtVerseker);
 
     auto* photoRow = new QHBoxLayout;
-    txtFoto = MakeField(page, "txtFoto");
+    txtFoto = MakeField(page, "txtFoto", 100); // as wide as Foto
     Command1 = MakeToolButton(page, "Command1", "...", "Click to select a photo. A JPG or BMP format can be used.");
     photoRow->addWidget(txtFoto, 1);
     photoRow->addWidget(Command1);

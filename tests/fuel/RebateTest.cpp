@@ -1,6 +1,7 @@
 // The rebate settings and their screen.
 
 #include "Rebate.h"
+#include "BadText.h"
 #include "Database.h"
 #include "FuelScreens.h"
 #include "ScreenRegistry.h"
@@ -14,6 +15,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 namespace {
 
@@ -99,6 +101,34 @@ TEST_F(Rebate, CancelWritesNothingAndSaveChangesEveryRow) {
     retype(twice.txtRebateRate, "410");
     QTest::mouseClick(twice.lblcmd[0], Qt::LeftButton);
     EXPECT_EQ(rows(), QStringList({"410/80", "410/80"}));
+}
+
+} // namespace
+
+namespace {
+
+// Bad text in both rates: the screen falls back silently or stores a number; never an error box, never a text.
+TEST_F(Rebate, BadTextInEveryFieldIsRefusedOrStoredNeverAnError) {
+    std::unique_ptr<frmRebate> form;
+    BadTextScreen screen;
+    screen.open = [&] {
+        form = std::make_unique<frmRebate>();
+        form->show();
+        return std::vector<std::pair<QString, QLineEdit*>>{{"Rate", form->txtRebateRate},
+                                                           {"SARS percentage", form->txtrebatesars}};
+    };
+    screen.save = [&] { QTest::mouseClick(form->lblcmd[0], Qt::LeftButton); };
+    screen.close = [&] { form.reset(); };
+    TypeBadTextIntoEveryField(*m_session.db, m_messages, screen);
+    sqlite3_stmt* texts = nullptr;
+    ASSERT_EQ(sqlite3_prepare_v2(m_session.db->handle(),
+                                 "SELECT count(*) FROM rebate WHERE typeof(rebaterate) = 'text' OR "
+                                 "typeof(rebatesars) = 'text'",
+                                 -1, &texts, nullptr),
+              SQLITE_OK);
+    ASSERT_EQ(sqlite3_step(texts), SQLITE_ROW);
+    EXPECT_EQ(sqlite3_column_int(texts, 0), 0);
+    sqlite3_finalize(texts);
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "BadText.h"
 #include "Database.h"
 #include "QueryHelpers.h"
 #include "ScriptedMessageService.h"
@@ -108,4 +109,22 @@ TEST_F(OwnerTest, CaptionsTurnRedWithTheirField) {
     QCoreApplication::processEvents();
     EXPECT_EQ(form->lblname->palette().color(QPalette::WindowText), QColor(0, 0, 0));
     EXPECT_EQ(form->lbladd->palette().color(QPalette::WindowText), QColor(255, 0, 0));
+}
+
+// Bad text in every owner field: refused with a message and nothing written, or stored; never an error box.
+TEST_F(OwnerTest, BadTextInEveryFieldIsRefusedOrStoredNeverAnError) {
+    std::unique_ptr<frmowner> form;
+    BadTextScreen screen;
+    screen.open = [&] {
+        form = open();
+        form->txtname->setText("Quillmere Farms");
+        return std::vector<std::pair<QString, QLineEdit*>>{
+            {"Name", form->txtname},       {"Address 1", form->txtadd1}, {"Address 2", form->txtadd2},
+            {"Address 3", form->txtadd3},  {"Address 4", form->txtadd4}, {"Tel", form->txttel},
+            {"Fax", form->txtfax},         {"Email", form->txtemail},    {"VAT", form->txtvat},
+            {"Registration", form->txtck}, {"Person", form->txtPerson}};
+    };
+    screen.save = [&] { QTest::mouseClick(form->lblSave, Qt::LeftButton); };
+    screen.close = [&] { form.reset(); };
+    TypeBadTextIntoEveryField(db(), messages, screen);
 }

@@ -1,6 +1,7 @@
 // The vehicle detail: loading, the checks and their order, silent defaults, the writes of a save, the book
 // value as the user types and the purchase-date steppers.
 #include "frmVoerDet.h"
+#include "BadText.h"
 #include "Vb.h"
 #include "VehicleTestStore.h"
 
@@ -269,4 +270,41 @@ TEST_F(VoerDetTest, EnterMovesOnFromOptionsAndTheTabBarAndSavesNothing) {
     }
     EXPECT_EQ(scalar("select count(*) from voertuig"), before);
     EXPECT_TRUE(m_messages.shown.isEmpty());
+}
+
+// Bad text in every field of the vehicle detail: a refusal names the field and writes nothing, or the vehicle is
+// saved with the text as its column holds it; never an error box.
+TEST_F(VoerDetTest, BadTextInEveryFieldIsRefusedOrStoredNeverAnError) {
+    std::unique_ptr<frmVoerDet> d;
+    BadTextScreen screen;
+    screen.open = [&] {
+        d = openNew(m_light);
+        d->txtMaak->setText("Nissan");
+        d->txtReg->setText("CA 42");
+        d->txtKilo->setText("100");
+        return std::vector<std::pair<QString, QLineEdit*>>{{"Make", d->txtMaak},
+                                                           {"Model", d->txtModel},
+                                                           {"Registration No", d->txtReg},
+                                                           {"Depreciation %", d->txtDep},
+                                                           {"Insured Value", d->txtVerseker},
+                                                           {"Kilometers", d->txtKilo},
+                                                           {"Price", d->txtKoop},
+                                                           {"Engine", d->txtEnj},
+                                                           {"Purchase date", d->txtYY},
+                                                           {"Photo", d->txtFoto},
+                                                           {"Fuel tank", d->txtFuelTankSize},
+                                                           {"Battery", d->txtBatterySize},
+                                                           {"Tyre", d->txtTyreSize},
+                                                           {"Oil filter", d->txtOilFilterRef},
+                                                           {"Fanbelt", d->txtFanbeltRef}};
+    };
+    screen.save = [&] { QTest::mouseClick(d->lblcmd[0], Qt::LeftButton); };
+    screen.close = [&] { d.reset(); };
+    const auto outcomes = TypeBadTextIntoEveryField(*m_session.db, m_messages, screen);
+    // The checks' own messages for the fields they require.
+    for (const BadTextOutcome& o : outcomes) {
+        if (o.text == "empty" && (o.field == "Make" || o.field == "Model" || o.field == "Kilometers")) {
+            EXPECT_EQ(o.message, "Complete the " + o.field + " field!");
+        }
+    }
 }

@@ -1,6 +1,7 @@
 // The vehicle list: categories, the grid and its formats, the filters, and the category and vehicle actions
 // with their messages, driven as a user drives them.
 #include "frmVoerk.h"
+#include "BadText.h"
 #include "FlexGrid.h"
 #include "Vb.h"
 #include "VehicleTestStore.h"
@@ -396,4 +397,26 @@ TEST_F(VoerkTest, ListClicksReloadDoubleClickEditsAndAFailedFillCountsNoRows) {
     EXPECT_EQ(s->lblRows->text(), "0 Rows");
     EXPECT_EQ(s->flg->Rows(), 2);
     EXPECT_TRUE(m_messages.shown.isEmpty());
+}
+
+// Bad text as a category name: refused with a message and nothing written, or stored; never an error box.
+TEST_F(VoerkTest, BadTextAsACategoryNameIsRefusedOrStoredNeverAnError) {
+    std::unique_ptr<frmVoerk> s;
+    BadTextScreen screen;
+    screen.open = [&] {
+        s = openScreen();
+        QTest::mouseClick(s->Label4[0], Qt::LeftButton);
+        return std::vector<std::pair<QString, QLineEdit*>>{{"Category", s->txtKAT}};
+    };
+    screen.save = [&] { QTest::mouseClick(s->Label4[3], Qt::LeftButton); };
+    screen.close = [&] { s.reset(); };
+    const auto outcomes = TypeBadTextIntoEveryField(*m_session.db, m_messages, screen);
+    for (const BadTextOutcome& o : outcomes) {
+        if (o.text == "empty" || o.text == "blanks only") {
+            EXPECT_EQ(o.message, "Fill in vehicle category") << o.text.toStdString();
+        }
+        if (o.text == "a bracket") {
+            EXPECT_EQ(o.message, "Reserved character '[' not allowed.");
+        }
+    }
 }
