@@ -423,3 +423,34 @@ void Database::ForEachRow(const QString& statement, const std::function<void(con
     if (rc != SQLITE_DONE)
         m_impl->fail(rc, statement);
 }
+
+void Database::OnDurableWrite(std::function<void()> observer) {
+    m_impl->durableObserver = std::move(observer);
+    if (!m_impl->durableObserver) {
+        sqlite3_trace_v2(m_impl->db(), 0, nullptr, nullptr);
+        sqlite3_rollback_hook(m_impl->db(), nullptr, nullptr);
+        return;
+    }
+    // A transaction rolled back made nothing durable.
+    sqlite3_rollback_hook(
+        m_impl->db(), [](void* context) { static_cast<DatabaseImpl*>(context)->changedInTransaction = false; },
+        m_impl.get());
+    // SQLite reports each statement once it has run to its end, after an automatic commit.
+    sqlite3_trace_v2(
+        m_impl->db(), SQLITE_TRACE_PROFILE,
+        [](unsigned, void* context, void* statement, void*) -> int {
+            auto* impl = static_cast<DatabaseImpl*>(context);
+            const bool changing = sqlite3_stmt_readonly(static_cast<sqlite3_stmt*>(statement)) == 0;
+            if (sqlite3_get_autocommit(impl->db()) == 0) {
+                impl->changedInTransaction = impl->changedInTransaction || changing;
+                return 0;
+            }
+            if (changing || impl->changedInTransaction) {
+                impl->changedInTransaction = false;
+                if (impl->durableObserver)
+                    impl->durableObserver();
+            }
+            return 0;
+        },
+        m_impl.get());
+}

@@ -146,6 +146,10 @@ public:
     bool UnchangedSince(const QString& key) const;
     void MarkUnchanged(const QString& key);
 
+    // Calls observer each time a write has become durable: a changing statement completed outside any transaction,
+    // or the commit of a transaction that changed something. For tests of what survives a killed program.
+    void OnDurableWrite(std::function<void()> observer);
+
     void BeginTrans();
     void CommitTrans();
     void Rollback();

@@ -7,6 +7,7 @@
 
 #include <QString>
 #include <array>
+#include <functional>
 #include <map>
 #include <memory>
 #include <sqlite3.h>
@@ -82,6 +83,8 @@ public:
     };
     std::map<QString, ForeignValueScan> foreignScans; // lower-case table name
     std::map<QString, std::array<std::int64_t, 3>> unchangedMarks;
+    std::function<void()> durableObserver;
+    bool changedInTransaction = false;
     // Changes by this connection, changes by any other, and the schema's version: equal stamps, the same store.
     std::array<std::int64_t, 3> StoreStamp() const;
 

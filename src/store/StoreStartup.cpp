@@ -19,22 +19,32 @@ QString StoreFileOf(const Session& s) {
 }
 
 // A new store: the older tables first, then one pass of the seventeen steps, as an old file gets at its
-// first start. A store that could not be made whole is removed, so that the next start tries again.
-// Nobody sees the store before it is made, so the whole making is one transaction.
+// first start. It is made under another name and renamed into place once whole, so that a start cut short
+// (a failure, a kill, a power cut) leaves no store behind and the next start makes it again. Nobody sees the
+// store before it is made, so the whole making is one transaction.
 std::unique_ptr<Database> CreateNewStore(const QString& file) {
-    std::unique_ptr<Database> store = Database::Open(file, true);
-    QFile::setPermissions(file, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    try {
-        store->BeginTrans();
-        CreateOlderSchema(*store);
-        RunSchemaSteps(*store);
-        store->CommitTrans();
-    } catch (...) {
-        store.reset();
-        QFile::remove(file);
-        throw;
+    const QString making = file + ".new";
+    QFile::remove(making);
+    QFile::remove(making + "-journal");
+    {
+        std::unique_ptr<Database> store = Database::Open(making, true);
+        QFile::setPermissions(making, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+        try {
+            store->BeginTrans();
+            CreateOlderSchema(*store);
+            RunSchemaSteps(*store);
+            store->CommitTrans();
+        } catch (...) {
+            store.reset();
+            QFile::remove(making);
+            throw;
+        }
     }
-    return store;
+    if (!QFile::rename(making, file)) {
+        QFile::remove(making);
+        throw DbError(3026, QString("The new store could not be put in place as '%1'.").arg(file));
+    }
+    return Database::Open(file, false);
 }
 
 // A folder the program makes for itself holds people's names and permits: its owner alone reads it.

@@ -1,0 +1,152 @@
+// A scripted day of work through the real save routines, offscreen: owner details, categories, vehicles, the
+// rebate rates, the closing date, edits and Recalc. Each write that becomes durable is reported on standard
+// output ("w" and a line break) as soon as it is, so that a test can kill the program at any moment and know
+// what it had stored.
+//
+//   day_of_work HOME             the day, reporting each durable write
+//   day_of_work HOME --record F  the same, writing the store's dump hash to F before the first write and after
+//                                each durable write
+
+#include "RawDump.h"
+
+#include "BatchSession.h"
+#include "CommandLine.h"
+#include "Recalc.h"
+#include "Registration.h"
+#include "ScriptedMessageService.h"
+#include "Session.h"
+#include "StoreStartup.h"
+#include "frmRebate.h"
+#include "frmVoerDet.h"
+#include "frmVoerk.h"
+#include "frmowner.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+#include <cstdio>
+#include <unistd.h>
+
+namespace {
+
+void Type(QLineEdit* field, const QString& text) {
+    field->setFocus();
+    field->selectAll();
+    QTest::keyClick(field, Qt::Key_Delete);
+    QTest::keyClicks(field, text);
+}
+
+void AddCategory(const QString& name, bool hours) {
+    frmVoerk screen;
+    screen.show();
+    QTest::mouseClick(screen.Label4[0], Qt::LeftButton);
+    Type(screen.txtKAT, name);
+    if (hours)
+        screen.Opt1[1]->setChecked(true);
+    QTest::mouseClick(screen.Label4[3], Qt::LeftButton);
+}
+
+void AddVehicle(int category, const QString& make, const QString& reg, const QString& km) {
+    Session& s = CurrentSession();
+    s.SelectedID = category;
+    s.SelectedCatID = category;
+    frmVoerDet detail;
+    detail.SetNewVehicleDefaults();
+    detail.show();
+    Type(detail.txtMaak, make);
+    Type(detail.txtReg, reg);
+    Type(detail.txtKilo, km);
+    Type(detail.txtKoop, "250000");
+    QTest::mouseClick(detail.lblcmd[0], Qt::LeftButton);
+}
+
+void EditVehicle(int id, int category, const QString& km) {
+    Session& s = CurrentSession();
+    s.SelectedID = id;
+    s.SelectedCatID = category;
+    frmVoerDet detail;
+    detail.LoadDetail();
+    detail.show();
+    Type(detail.txtKilo, km);
+    QTest::mouseClick(detail.lblcmd[0], Qt::LeftButton);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("ORVEL_NO_SHOW", "1");
+    QApplication app(argc, argv);
+    const QStringList args = app.arguments();
+    if (args.size() < 2)
+        return 2;
+    const QString home = args[1];
+    const QString record = args.indexOf("--record") > 0 ? args.value(args.indexOf("--record") + 1) : QString();
+    QFile recordFile(record);
+    if (!record.isEmpty() && !recordFile.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return 2;
+
+    ScriptedMessageService messages;
+    RegisterAllScreens();
+    CommandLine cl;
+    cl.home = home;
+    BatchSession batch(cl);
+    // The store is made (or taken) as every start does; what it writes from here on is reported.
+    if (const QString reason = batch.open(true); !reason.isEmpty()) {
+        std::fprintf(stderr, "day_of_work: %s\n", qPrintable(reason));
+        return 1;
+    }
+    Session& s = batch.session;
+    const QString file = s.DataPath + "invent.db";
+    if (!record.isEmpty())
+        recordFile.write(RawDumpHash(file) + "\n"); // the state before the first write
+    s.db->OnDurableWrite([&] {
+        if (!record.isEmpty()) {
+            recordFile.write(RawDumpHash(file) + "\n");
+            recordFile.flush();
+        }
+        // Straight to the pipe: the report must not wait in a buffer when the program is killed.
+        const char line[] = "w\n";
+        if (write(STDOUT_FILENO, line, 2) != 2)
+            _exit(3);
+    });
+
+    {
+        frmowner owner;
+        owner.show();
+        Type(owner.txtname, "Quillmere Farms");
+        Type(owner.txttel, "021 555 0101");
+        QTest::mouseClick(owner.lblSave, Qt::LeftButton);
+    }
+    AddCategory("Bakkies", false);
+    AddCategory("Tractors", true);
+    const int bakkies = 1, tractors = 2;
+    for (int i = 1; i <= 6; ++i)
+        AddVehicle(i % 3 == 0 ? tractors : bakkies, QString("Make %1").arg(i), QString("CA %1-00%1").arg(i),
+                   QString::number(1000 * i));
+    {
+        frmRebate rebate;
+        rebate.show();
+        Type(rebate.txtRebateRate, "412");
+        QTest::mouseClick(rebate.lblcmd[0], Qt::LeftButton);
+    }
+    s.ClosedDate = QDateTime(QDate(2024, 2, 29), QTime(0, 0));
+    SaveClosedDate(s);
+    for (int i = 1; i <= 6; ++i) {
+        s.db->Execute(QString("insert into VecFuel (VoertuigID, TankID, Datum, KmRead, PreviousKmRead, Litres) "
+                              "values (%1, 1, '2024/03/0%1', %2, 0, 40)")
+                          .arg(i)
+                          .arg(1000 * i + 250));
+    }
+    Recalc(*s.db, nullptr, false);
+    for (int i = 1; i <= 6; ++i)
+        EditVehicle(i, i % 3 == 0 ? tractors : bakkies, QString::number(1000 * i + 500));
+    AddCategory("Trailers", false);
+    Recalc(*s.db, nullptr, false);
+    s.db->OnDurableWrite(nullptr);
+    return 0;
+}
