@@ -1,6 +1,7 @@
 // The lookup-list routines: what they store, and what they refuse with which message.
 
 #include "LookupLists.h"
+#include "BadText.h"
 #include "Database.h"
 #include "Dialogs.h"
 #include "ScriptedMessageService.h"
@@ -296,6 +297,56 @@ TEST_F(LookupLists, SuppliersAndCostCategories) {
     EXPECT_EQ(seen.prompt, "Change Cost Category Name 30 characters max.");
     EXPECT_EQ(seen.startText, "Tyres");
     EXPECT_EQ(scalar("select CC_CostCatagory from CostCat"), "Tyres & Rims");
+}
+
+} // namespace
+
+namespace {
+
+// Bad text as a new or changed name of every list: refused with a message and nothing written, or stored as the
+// column holds it; never the run-time error box, never more than 50 characters.
+TEST_F(LookupLists, BadTextAsANameIsRefusedOrStoredNeverAnError) {
+    struct List {
+        const char* name;
+        const char* table;
+        std::function<void()> add;
+    };
+    auto refill = [] {};
+    const List lists[] = {
+        {"departments", "departments", [&] { EditDepartment(kAddName, &m_combo, refill); }},
+        {"drivers", "drivers", [&] { ManageNameList(kDrivers, kAddName, &m_combo, refill); }},
+        {"activities", "activities", [&] { ManageNameList(kActivities, kAddName, &m_combo, refill); }},
+        {"suppliers", "vecsupplier",
+         [&] { EditSupplierCostCat(kAddSupplierCostCat, "vecsupplier", "Supplier", &m_combo, refill); }},
+        {"cost categories", "costcat",
+         [&] { EditSupplierCostCat(kAddSupplierCostCat, "costcat", "Cost Category", &m_combo, refill); }},
+    };
+    for (const List& list : lists) {
+        for (const BadText& bad : BadTexts()) {
+            SCOPED_TRACE(std::string(list.name) + " <- " + bad.name);
+            m_messages.clear();
+            const QString before = StoreDump(*m_session.db);
+            // Typed where a key makes it, pasted where none does.
+            WhenShown<frmInputDialog>([text = bad.text](frmInputDialog* form) {
+                form->txtMsg[0]->selectAll();
+                QTest::keyClick(form->txtMsg[0], Qt::Key_Delete);
+                form->txtMsg[0]->insert(text);
+                QTest::mouseClick(form->cmdCloseDialog, Qt::LeftButton);
+            });
+            list.add();
+            for (const ShownMessage& m : m_messages.shown)
+                EXPECT_FALSE(m.text.startsWith("Run-time error")) << m.text.toStdString();
+            if (!m_messages.shown.isEmpty()) {
+                EXPECT_EQ(StoreDump(*m_session.db), before);
+            }
+            const QString longest = scalar(QString("select max(len(%1)) from %2")
+                                               .arg(QString(list.table) == "vecsupplier" ? "SUP_Desc"
+                                                    : QString(list.table) == "costcat"   ? "CC_CostCatagory"
+                                                                                         : "description",
+                                                    list.table));
+            EXPECT_LE(longest.toInt(), 50);
+        }
+    }
 }
 
 } // namespace
