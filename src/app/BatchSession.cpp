@@ -15,9 +15,9 @@ BatchSession::~BatchSession() {
 }
 
 QString BatchSession::open(bool probeOwner) {
-    if (!AcquireInstanceLock(session))
-        return "The Orvel Module is already open!";
     try {
+        if (!AcquireInstanceLock(session))
+            return "The Orvel Module is already open!";
         OpenSessionStore(session);
         CreateVersionTable(*session.db);
         CheckVersion(*session.db);

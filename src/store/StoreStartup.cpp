@@ -111,12 +111,19 @@ void CheckStoreTables(Database& db, const QString& file) {
 
 bool AcquireInstanceLock(Session& s) {
     const QString home = s.home.isEmpty() ? HomeFolder() : s.home;
-    MakePrivateFolder(home);
+    if (!MakePrivateFolder(home))
+        throw DbError(3044, QString("The home folder '%1' cannot be made: %2.")
+                                .arg(home, QFileInfo(home).exists() ? "a file of that name stands there"
+                                                                    : "the folder above it cannot be written"));
     auto lock = std::make_unique<QLockFile>(QDir(home).filePath("orvel.lock"));
     // Only a lock whose process has died counts as stale: a running instance may hold it for days.
     lock->setStaleLockTime(0);
-    if (!lock->tryLock(0))
-        return false;
+    if (!lock->tryLock(0)) {
+        if (lock->error() == QLockFile::LockFailedError)
+            return false; // another instance holds it
+        throw DbError(3044, QString("The home folder '%1' cannot be written to: the lock file '%2' cannot be made.")
+                                .arg(home, QDir(home).filePath("orvel.lock")));
+    }
     s.instanceLock = std::move(lock);
     return true;
 }

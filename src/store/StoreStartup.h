@@ -16,7 +16,8 @@ inline constexpr int kProgramVersionNumber = kProgramMajor * 100000000 + kProgra
 QString ProgramVersionText(); // "1.3.157"
 int VersionNumber(int major, int minor, int revision);
 
-bool AcquireInstanceLock(Session& s); // false when another instance holds <home>/orvel.lock
+bool AcquireInstanceLock(Session& s); // false when another instance holds <home>/orvel.lock; throws DbError when
+                                      // the home folder cannot be made or written to
 void OpenSessionStore(Session& s);    // DataPath; creates Databases/ and an older-shaped invent.db when missing
                                       // (then runs the seventeen steps once); opens s.db. Throws DbError.
 void CreateVersionTable(Database& db);

@@ -5,6 +5,7 @@
 #include "StoreStartup.h"
 #include "TempHome.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -137,6 +138,29 @@ TEST(CheckCommand, DamagedOrForeignStoresAreRefusedAndLeftAsTheyWere) {
         EXPECT_FALSE(QFile::exists(home.storeFile() + "-journal"));
         QFile::setPermissions(home.storeFile(), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     }
+}
+
+// A home that cannot be made, or a data folder that cannot: the message names the folder and the cause.
+TEST(CheckCommand, AHomeThatCannotBeMadeIsNamedWithItsCause) {
+    QTemporaryDir root;
+    QFile blocker(root.path() + "/home");
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    blocker.write("a file where the home folder should be");
+    blocker.close();
+    CheckRun run = RunCheck(root.path() + "/home");
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.err.find("The home folder '" + (root.path() + "/home").toStdString() + "' cannot be made"),
+              std::string::npos)
+        << run.err;
+    EXPECT_EQ(run.err.find("already open"), std::string::npos) << run.err;
+
+    QDir(root.path()).mkpath("home2");
+    QFile data(root.path() + "/home2/Databases");
+    ASSERT_TRUE(data.open(QIODevice::WriteOnly));
+    data.close();
+    run = RunCheck(root.path() + "/home2");
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.err.find("Databases/' is not a valid path"), std::string::npos) << run.err;
 }
 
 // A new home holds people's names: its folders are its owner's alone, and so is the store.
