@@ -37,4 +37,15 @@ void WriteFigures(const QString& file, const QString& text) {
         std::fprintf(stderr, "cannot write %s\n", qPrintable(file));
 }
 
+int Report(const QString& file, const QString& text) {
+    std::printf("%s", qPrintable(text));
+    WriteFigures(file, text);
+    return 0;
+}
+
+int Failed(const NumberedError& e) {
+    std::fprintf(stderr, "error %d: %s\n", e.number(), qPrintable(e.description()));
+    return 1;
+}
+
 } // namespace bench

@@ -1,6 +1,8 @@
 #pragma once
 // What every benchmark shares: timing, medians, the kind of build, writing the figures.
 
+#include "NumberedError.h"
+
 #include <QString>
 #include <functional>
 #include <vector>
@@ -11,5 +13,7 @@ double Seconds(const std::function<void()>& work);
 double Median(std::vector<double> values);
 QString BuildKind(); // "build: optimised\n" or "build: debug (unoptimised)\n"
 void WriteFigures(const QString& file, const QString& text);
+int Report(const QString& file, const QString& text); // prints the figures, writes them to the file, gives 0
+int Failed(const NumberedError& e);                   // prints the error, gives 1
 
 } // namespace bench

@@ -118,10 +118,7 @@ int main(int argc, char** argv) {
         t << "  table type, index, Seek     " << seek << " s  (" << seek / raw << " x the raw scan)\n";
         t << "  dynaset of one row by key   " << oneRow << " s  (" << oneRow / raw << " x the raw scan)\n";
     } catch (const NumberedError& e) {
-        std::fprintf(stderr, "error %d: %s\n", e.number(), qPrintable(e.description()));
-        return 1;
+        return bench::Failed(e);
     }
-    std::printf("%s", qPrintable(out));
-    bench::WriteFigures(figures, out);
-    return 0;
+    return bench::Report(figures, out);
 }

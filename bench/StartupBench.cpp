@@ -152,10 +152,7 @@ int main(int argc, char** argv) {
         t << "  orvel check, first      " << firstCheck << " s  (" << firstCheck / select1 << " x query)\n";
         t << "  orvel check, again      " << check << " s  (" << check / select1 << " x query)\n";
     } catch (const NumberedError& e) {
-        std::fprintf(stderr, "error %d: %s\n", e.number(), qPrintable(e.description()));
-        return 1;
+        return bench::Failed(e);
     }
-    std::printf("%s", qPrintable(out));
-    bench::WriteFigures(figures, out);
-    return 0;
+    return bench::Report(figures, out);
 }
