@@ -4,12 +4,16 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <csignal>
 #include <cstdio>
 #include <sys/stat.h>
 
 int main(int argc, char** argv) {
     // Everything the program writes (store, journal, workbooks, backups) holds people's names: owner only.
     umask(077);
+    // A write past what the disk (or the user's limit) allows fails as a write does, with a message, instead of
+    // ending the program unseen.
+    signal(SIGXFSZ, SIG_IGN);
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
         arguments << QString::fromLocal8Bit(argv[i]);

@@ -18,6 +18,12 @@ QString StoreFileOf(const Session& s) {
     return s.DataPath + "invent.db";
 }
 
+DbError NotMade(const QString& file) {
+    return DbError(3026, QString("Not enough space on disk, or the disk cannot be written: the new store '%1' could "
+                                 "not be made.")
+                             .arg(file));
+}
+
 // A new store: the older tables first, then one pass of the seventeen steps, as an old file gets at its
 // first start. It is made under another name and renamed into place once whole, so that a start cut short
 // (a failure, a kill, a power cut) leaves no store behind and the next start makes it again. Nobody sees the
@@ -33,10 +39,17 @@ std::unique_ptr<Database> CreateNewStore(const QString& file) {
             store->BeginTrans();
             CreateOlderSchema(*store);
             RunSchemaSteps(*store);
+            if (sqlite3_get_autocommit(store->handle()) != 0)
+                throw NotMade(file);
             store->CommitTrans();
         } catch (...) {
+            // A write the disk refused makes SQLite undo the whole transaction (the steps go on regardless, and
+            // what fails later is only a consequence): that is the cause to name.
+            const bool undone = sqlite3_get_autocommit(store->handle()) != 0;
             store.reset();
             QFile::remove(making);
+            if (undone)
+                throw NotMade(file);
             throw;
         }
     }
@@ -68,7 +81,7 @@ DbError NotARegister(const QString& file, const QString& cause) {
     return DbError(3343, QString("'%1' is not a register this program can open: %2.").arg(file, cause));
 }
 
-// Before anything is written: the file must be a whole SQLite file.
+// Before the file is opened: it must be an SQLite file.
 void CheckStoreFile(const QString& file) {
     QFile f(file);
     if (!f.open(QIODevice::ReadOnly))
@@ -76,6 +89,17 @@ void CheckStoreFile(const QString& file) {
     const QByteArray header = f.read(100);
     if (header.size() < 100 || !header.startsWith(QByteArray("SQLite format 3\0", 16)))
         throw NotARegister(file, header.isEmpty() ? "the file is empty" : "the file is not a database");
+}
+
+// Once SQLite has opened the file (and rolled back what a program killed half-way through a write left in its
+// journal), before anything is written: the file must be whole.
+void CheckStoreLength(const QString& file) {
+    QFile f(file);
+    if (!f.open(QIODevice::ReadOnly))
+        throw DbError(3051, QString("'%1' cannot be opened: %2.").arg(file, f.errorString()));
+    const QByteArray header = f.read(100);
+    if (header.size() < 100)
+        throw NotARegister(file, "the file is cut short");
     const quint32 pageSize = HeaderNumber(header, 16, 2) == 1 ? 65536 : HeaderNumber(header, 16, 2);
     const quint32 pages = HeaderNumber(header, 28, 4);
     // The page count is kept in the header by every SQLite of this century; a shorter file was cut off.
@@ -135,10 +159,20 @@ void OpenSessionStore(Session& s) {
     if (!MakePrivateFolder(s.DataPath))
         throw DbError(3044, "'" + s.DataPath + "' is not a valid path.");
     const QString file = StoreFileOf(s);
+    // SQLite writes its journal beside the store: a folder that takes no new file takes no save either.
+    if (!QFileInfo(s.DataPath).isWritable())
+        throw DbError(3051, QString("'%1' cannot be written to: the folder is read-only.").arg(s.DataPath));
     if (QFileInfo::exists(file)) {
         // A file that is no register, or one cut short, is refused as it is: nothing is written to it.
         CheckStoreFile(file);
-        std::unique_ptr<Database> store = Database::Open(file, false);
+        std::unique_ptr<Database> store;
+        try {
+            store = Database::Open(file, false);
+        } catch (const DbError& e) {
+            CheckStoreLength(file); // a file cut short says so
+            throw NotARegister(file, e.description());
+        }
+        CheckStoreLength(file);
         CheckStoreTables(*store, file);
         s.db = std::move(store);
     } else {

@@ -8,12 +8,30 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <functional>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 namespace {
+
+// Read-only for the superuser too: the immutable attribute where the mode bits do not bind.
+void MakeReadOnly(const QString& path) {
+    if (geteuid() == 0) {
+        ASSERT_EQ(QProcess::execute("chattr", {"+i", path}), 0) << "chattr +i " << path.toStdString();
+        return;
+    }
+    QFile::setPermissions(path, QFileInfo(path).isDir() ? QFileDevice::ReadOwner | QFileDevice::ExeOwner
+                                                        : QFileDevice::ReadOwner);
+}
+
+void MakeWritable(const QString& path) {
+    if (geteuid() == 0)
+        QProcess::execute("chattr", {"-i", path});
+    QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::WriteOwner |
+                                    (QFileInfo(path).isDir() ? QFileDevice::ExeOwner : QFileDevice::Permissions()));
+}
 
 struct CheckRun {
     int exitCode;
@@ -111,15 +129,18 @@ TEST(CheckCommand, DamagedOrForeignStoresAreRefusedAndLeftAsTheyWere) {
         {"read-only",
          [&](const QString& f) {
              validStore(f);
-             QFile::setPermissions(f, QFileDevice::ReadOwner);
+             MakeReadOnly(f);
          },
          "the file is read-only"},
+        {"a read-only folder",
+         [&](const QString& f) {
+             validStore(f);
+             MakeReadOnly(QFileInfo(f).absolutePath());
+         },
+         "the folder is read-only"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        // The superuser writes through a file's read-only mode, so that case needs an ordinary user.
-        if (QString(c.name) == "read-only" && geteuid() == 0)
-            continue;
         TempHome home;
         c.make(home.storeFile());
         QFile::remove(home.storeFile() + ".checked");
@@ -129,14 +150,15 @@ TEST(CheckCommand, DamagedOrForeignStoresAreRefusedAndLeftAsTheyWere) {
         before.close();
         const CheckRun run = RunCheck(home.path());
         EXPECT_EQ(run.exitCode, 1);
-        EXPECT_NE(run.err.find(home.storeFile().toStdString()), std::string::npos) << run.err;
+        EXPECT_NE(run.err.find(home.dataPath().toStdString()), std::string::npos) << run.err; // file or folder
         EXPECT_NE(run.err.find(c.cause), std::string::npos) << run.err;
         EXPECT_EQ(run.out, "");
         QFile after(home.storeFile());
         ASSERT_TRUE(after.open(QIODevice::ReadOnly));
         EXPECT_TRUE(after.readAll() == bytes);
         EXPECT_FALSE(QFile::exists(home.storeFile() + "-journal"));
-        QFile::setPermissions(home.storeFile(), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+        MakeWritable(home.storeFile());
+        MakeWritable(home.dataPath());
     }
 }
 
@@ -184,3 +206,45 @@ TEST(CheckCommand, ExtraWordsAreRefused) {
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_NE(run.err.find("check takes no arguments"), std::string::npos);
 }
+
+namespace {
+
+// Runs the program under a limit on the size of the files it writes, as a full disk stands in the way.
+CheckRun RunOnAFullDisk(const QString& home, const QStringList& args) {
+    QProcess p;
+    QStringList quoted;
+    for (const QString& a : QStringList{ORVEL_BINARY, "--home", home} + args)
+        quoted << "'" + QString(a).replace("'", "'\\''") + "'";
+    p.start("bash", {"-c", "ulimit -f 64; exec " + quoted.join(' ')});
+    p.waitForFinished(60000);
+    return {p.exitCode(), p.readAllStandardOutput().toStdString(), p.readAllStandardError().toStdString()};
+}
+
+TEST(CheckCommand, AFullDiskEndsTheRunWithItsMessageAndKeepsTheStore) {
+    // A new store that cannot be written whole is not left behind.
+    QTemporaryDir root;
+    const QString fresh = root.path() + "/fresh";
+    CheckRun run = RunOnAFullDisk(fresh, {"check"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.err.find("Not enough space on disk"), std::string::npos) << run.err;
+    EXPECT_FALSE(QFile::exists(fresh + "/Databases/invent.db"));
+    EXPECT_FALSE(QFile::exists(fresh + "/Databases/invent.db.new"));
+
+    // A write that does not fit fails with the message; what was stored stays, whole.
+    TempHome home;
+    ASSERT_EQ(RunCheck(home.path()).exitCode, 0);
+    QFile store(home.storeFile());
+    ASSERT_TRUE(store.open(QIODevice::ReadOnly));
+    const QByteArray before = store.readAll();
+    store.close();
+    run = RunOnAFullDisk(home.path(), {"query", "update serviceReference set assignDate = now()"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.err.find("Not enough space on disk"), std::string::npos) << run.err;
+    // The next start finds what the failed write left in the journal and undoes it.
+    const CheckRun after = RunCheck(home.path());
+    EXPECT_EQ(after.exitCode, 0) << after.err;
+    ASSERT_TRUE(store.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(store.readAll() == before);
+}
+
+} // namespace
