@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 namespace {
 
@@ -260,6 +261,31 @@ std::vector<IndexDef> Database::Indexes(const QString& table) const {
     return out;
 }
 
+namespace {
+
+// A column's default in Jet's words as SQLite writes it; empty for an expression that is no constant (Now(), ...).
+QString DefaultSql(QString jet) {
+    jet = jet.trimmed();
+    if (jet.startsWith('='))
+        jet = jet.mid(1).trimmed();
+    static const QRegularExpression number("^-?[0-9]+(\\.[0-9]+)?$");
+    if (number.match(jet).hasMatch())
+        return jet;
+    if (jet.size() >= 2 && (jet.front() == '"' || jet.front() == '\'') && jet.back() == jet.front()) {
+        QString inner = jet.mid(1, jet.size() - 2);
+        inner.replace(QString(2, jet.front()), QString(jet.front()));
+        return "'" + inner.replace("'", "''") + "'";
+    }
+    const QString word = jet.toLower();
+    if (word == "true" || word == "yes" || word == "on")
+        return "-1";
+    if (word == "false" || word == "no" || word == "off")
+        return "0";
+    return QString();
+}
+
+} // namespace
+
 void Database::CreateTableDef(const QString& name, const std::vector<FieldDef>& fields) {
     std::vector<JetColumnSpec> specs;
     for (const auto& f : fields) {
@@ -267,6 +293,7 @@ void Database::CreateTableDef(const QString& name, const std::vector<FieldDef>& 
         spec.name = f.name;
         spec.type = f.type;
         spec.size = f.size;
+        spec.defaultSql = DefaultSql(f.defaultValue);
         specs.push_back(spec);
     }
     CreateTable(*m_impl, name, specs);

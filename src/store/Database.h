@@ -33,6 +33,7 @@ struct FieldDef {
     QString name;
     QString type;
     int size = 0;
+    QString defaultValue = {}; // a constant in Jet's words ("1", "\"text\"", "'text'", "True", "=0"); empty for none
 };
 
 struct IndexDef {

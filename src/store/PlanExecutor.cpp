@@ -371,7 +371,7 @@ void CreateTable(DatabaseImpl& impl, const QString& table, const std::vector<Jet
         } else if (spec.primaryKey) {
             primary << QuoteName(spec.name);
         }
-        defs << columnSql(spec.name, type, spec.notNull || spec.primaryKey, QString());
+        defs << columnSql(spec.name, type, spec.notNull || spec.primaryKey, spec.defaultSql);
     }
     if (!primary.isEmpty() && !rowidKey)
         defs << "PRIMARY KEY (" + primary.join(", ") + ")";

@@ -1,6 +1,7 @@
 #include "StoreStartup.h"
 
 #include "HomeFolder.h"
+#include "OlderImport.h"
 #include "OlderSchema.h"
 #include "StoreFacts.h"
 #include "Vb.h"
@@ -122,6 +123,8 @@ void CheckStoreTables(Database& db, const QString& file) {
             throw NotARegister(file, QString("it has no table '%1'").arg(table.name));
         const std::vector<FieldDef> fields = db.Fields(table.name);
         for (const FieldDef& wanted : table.fields) {
+            if (wanted.name == "FID" && table.name == "TankRekords")
+                continue; // an older file gets it from the version-gated step
             const bool found = std::any_of(fields.begin(), fields.end(), [&](const FieldDef& f) {
                 return f.name.compare(wanted.name, Qt::CaseInsensitive) == 0;
             });
@@ -162,6 +165,10 @@ void OpenSessionStore(Session& s) {
     // SQLite writes its journal beside the store: a folder that takes no new file takes no save either.
     if (!QFileInfo(s.DataPath).isWritable())
         throw DbError(3051, QString("'%1' cannot be written to: the folder is read-only.").arg(s.DataPath));
+    // An older installation's file that stands where no store does is taken over first, so that no new, empty
+    // store ever hides it.
+    if (!QFileInfo::exists(file) && QFileInfo::exists(OlderFileBeside(file)))
+        ImportOlderStore(OlderFileBeside(file), file, false, StartImportObserver());
     if (QFileInfo::exists(file)) {
         // A file that is no register, or one cut short, is refused as it is: nothing is written to it.
         CheckStoreFile(file);

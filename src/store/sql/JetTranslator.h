@@ -30,6 +30,7 @@ struct JetColumnSpec {
     bool primaryKey = false;
     bool notNull = false;
     bool autoIncrement = false; // AUTOINCREMENT or COUNTER
+    QString defaultSql = {};    // the column's default as SQLite writes it, empty for none
 };
 
 struct SqlitePlan {
