@@ -16,7 +16,7 @@ BatchSession::~BatchSession() {
 
 QString BatchSession::open(bool probeOwner) {
     try {
-        if (!AcquireInstanceLock(session))
+        if (!session.instanceLock && !AcquireInstanceLock(session))
             return "The Orvel Module is already open!";
         OpenSessionStore(session);
         CreateVersionTable(*session.db);

@@ -15,7 +15,7 @@ public:
     BatchSession& operator=(const BatchSession&) = delete;
 
     // Empty when the store is open and up to date, else the reason to print. With probeOwner, the owner
-    // table and the closing date are read as at start-up too.
+    // table and the closing date are read as at start-up too. A lock already held by the session is kept.
     QString open(bool probeOwner);
 
     Session session;
@@ -23,3 +23,7 @@ public:
 
 // Prints "orvel <command>: <reason>" on standard error and gives the exit code 1.
 int FailCommand(const char* command, const QString& reason);
+
+// What `orvel check` does once the store is open: the integrity check (unless known to pass on this very file) and
+// the summary line. Returns the exit code.
+int CheckOpenStore(const char* command, Database& db);

@@ -37,7 +37,10 @@ int RunCheckCommand(const CommandLine& cl) {
     BatchSession batch(cl);
     if (const QString reason = batch.open(true); !reason.isEmpty())
         return FailCommand("check", reason);
-    Database& db = *batch.session.db;
+    return CheckOpenStore("check", *batch.session.db);
+}
+
+int CheckOpenStore(const char* command, Database& db) {
     try {
         // A file checked before and not changed since is known to be intact.
         const StoreFingerprint checked = FingerprintOf(db.Path());
@@ -45,7 +48,7 @@ int RunCheckCommand(const CommandLine& cl) {
         if (!facts.intact) {
             QString reason;
             if (!db.IntegrityCheck(&reason))
-                return FailCommand("check", "integrity check failed: " + reason);
+                return FailCommand(command, "integrity check failed: " + reason);
             facts.intact = true;
             RecordStoreFacts(db.Path(), checked, facts);
         }
@@ -57,6 +60,6 @@ int RunCheckCommand(const CommandLine& cl) {
         std::fflush(stdout);
         return 0;
     } catch (const NumberedError& e) {
-        return FailCommand("check", QString("error %1: %2").arg(e.number()).arg(e.description()));
+        return FailCommand(command, QString("error %1: %2").arg(e.number()).arg(e.description()));
     }
 }

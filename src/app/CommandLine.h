@@ -18,4 +18,6 @@ CommandLine ParseCommandLine(const QStringList& arguments, const QString& progra
 int RunQueryCommand(const CommandLine& cl);
 int RunCheckCommand(const CommandLine& cl);
 int RunRecalcCommand(const CommandLine& cl);
+int RunImportCommand(const CommandLine& cl); // import FILE.mdb [--replace]
+int RunDemoCommand(const CommandLine& cl);   // demo [--size small|large] [--seed N] [--today yyyy/mm/dd]
 int RunDesktop(const CommandLine& cl, int argc, char** argv);

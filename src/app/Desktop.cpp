@@ -1,6 +1,7 @@
 // The desktop program: the Qt application, the message service, the run's session and the main window.
 
 #include "CommandLine.h"
+#include "ImportProgressWindow.h"
 #include "Registration.h"
 
 #include "QtMessageService.h"
@@ -24,8 +25,14 @@ int RunDesktop(const CommandLine& cl, int argc, char** argv) {
 
     int exitCode = 0;
     {
+        // An older installation's file is taken over at start, in view, before the store opens.
+        ImportProgressWindow progress;
+        SetStartImportObserver(progress.Observer());
         auto window = std::make_unique<frmMain>();
-        if (!window->Startup()) {
+        const bool started = window->Startup();
+        SetStartImportObserver({});
+        progress.close();
+        if (!started) {
             // A refused second start, or a start-up failure already reported: the run ends here, as the
             // original's process does, with what was stored kept and no repair step.
             exitCode = 1;

@@ -20,7 +20,9 @@ int main(int argc, char** argv) {
     const QString programFolder = QFileInfo(arguments.value(0)).absolutePath();
     CommandLine cl = ParseCommandLine(arguments, programFolder);
     if (!cl.error.isEmpty()) {
-        std::fprintf(stderr, "orvel: %s\nusage: orvel [--home DIR] [query STATEMENT | check | recalc]\n",
+        std::fprintf(stderr,
+                     "orvel: %s\nusage: orvel [--home DIR] [query STATEMENT | check | recalc | import FILE.mdb "
+                     "[--replace] | demo]\n",
                      qPrintable(cl.error));
         return 2;
     }
@@ -35,6 +37,10 @@ int main(int argc, char** argv) {
         return RunCheckCommand(cl);
     if (cl.subcommand == "recalc")
         return RunRecalcCommand(cl);
+    if (cl.subcommand == "import")
+        return RunImportCommand(cl);
+    if (cl.subcommand == "demo")
+        return RunDemoCommand(cl);
     std::fprintf(stderr, "orvel: unknown command %s\n", qPrintable(cl.subcommand));
     return 2;
 }

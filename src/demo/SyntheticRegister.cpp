@@ -51,9 +51,28 @@ struct StockTake {
     double book = 0;
 };
 
+struct LifelikeCategory {
+    const char* name;
+    bool hours;
+    const char* makes[3];
+    const char* models[3];
+    bool rebated;
+};
+
+const LifelikeCategory kCategories[] = {
+    {"Light Delivery Vehicles", false, {"Toyota", "Isuzu", "Nissan"}, {"Hilux 2.4 GD-6", "D-Max 250", "NP200"}, false},
+    {"Trucks", false, {"Mercedes-Benz", "Hino", "UD"}, {"Actros 2645", "500 1627", "Quon GW 26.450"}, true},
+    {"Tractors", true, {"John Deere", "New Holland", "Massey Ferguson"}, {"5075E", "TT75", "375"}, true},
+    {"Forklifts", true, {"Toyota", "Hyster", "Linde"}, {"8FD25", "H2.5FT", "H30D"}, false},
+};
+
+const char* const kStockReasons[] = {"Monthly dip", "Evaporation", "Meter drift at the pump", "Spillage while filling",
+                                     "Dip stick misread last month"};
+
 class Generator {
 public:
-    Generator(Database& store, const RegisterShape& shape) : m_db(store), m_shape(shape), m_rng(shape.seed) {}
+    Generator(Database& store, const RegisterShape& shape)
+        : m_db(store), m_shape(shape), m_rng(shape.seed), m_start(shape.start) {}
     RegisterCounts run();
 
 private:
@@ -63,6 +82,13 @@ private:
     }
     bool chance(int percent) { return pick(0, 99) < percent; }
 
+    // A number from 1 to n, as a row's department, driver, activity or supplier.
+    int spread(int n) { return n <= 1 ? 1 : pick(1, n); }
+    QString tankName(int t) const {
+        static const char* const names[] = {"Diesel Main", "Diesel Workshop", "Petrol", "Diesel Farm"};
+        return m_shape.lifelike && t < 4 ? QString(names[t]) : "TANK " + QString::number(t + 1);
+    }
+    void writeLifelikeVehicles(int catKey, int vehicleKey);
     void planIssues();
     void planPurchases();
     void planStockTakes();
@@ -72,8 +98,16 @@ private:
     RegisterShape m_shape;
     std::mt19937 m_rng;
 
-    const QDate m_start{2021, 1, 1};
+    QString registration(int vehicle);
+    QString digits7() {
+        QString d;
+        for (int i = 0; i < 7; ++i)
+            d += QChar('0' + pick(0, 9));
+        return d;
+    }
+    QDate m_start;
     int m_days = 365;
+    std::vector<int> m_category;   // per vehicle, lifelike: index into kCategories
     std::vector<bool> m_hours;     // per vehicle
     std::vector<QString> m_kmText; // per vehicle, as stored
     std::vector<double> m_firstKm; // per vehicle, the cleaned Km as a number
@@ -84,12 +118,78 @@ private:
     std::vector<double> m_pump;    // per tank
 };
 
+// The registration formats of the provinces: "CA 123-456", "ND 45678", "BC 12 DE GP", "HJK 123 MP".
+QString Generator::registration(int vehicle) {
+    auto digits = [&](int count) {
+        QString d;
+        for (int i = 0; i < count; ++i)
+            d += QChar('0' + pick(0, 9));
+        return d;
+    };
+    auto letters = [&](int count) {
+        static const char kLetters[] = "BCDFGHJKLMNPRSTVWXYZ"; // no vowels or Q, as the plates have
+        QString l;
+        for (int i = 0; i < count; ++i)
+            l += QChar(kLetters[pick(0, 19)]);
+        return l;
+    };
+    switch (vehicle % 4) {
+    case 0:
+        return "CA " + digits(3) + "-" + digits(3);
+    case 1:
+        return "ND " + digits(5);
+    case 2:
+        return letters(2) + " " + digits(2) + " " + letters(2) + " GP";
+    default:
+        return letters(3) + " " + digits(3) + " MP";
+    }
+}
+
+void Generator::writeLifelikeVehicles(int catKey, int vehicleKey) {
+    const int categories = static_cast<int>(std::size(kCategories));
+    for (int c = 0; c < categories; ++c)
+        m_db.Execute("insert into voerkat (TransID, [Desc], Hours) values (" + QString::number(catKey + c) + ", '" +
+                     kCategories[c].name + "', " + (kCategories[c].hours ? "True" : "False") + ")");
+    QStringList used;
+    const QDate last = m_start.addDays(m_days - 1);
+    for (size_t v = 0; v < m_hours.size(); ++v) {
+        const LifelikeCategory& cat = kCategories[m_category[v]];
+        const int model = pick(0, 2);
+        QString reg;
+        do
+            reg = registration(static_cast<int>(v));
+        while (used.contains(reg));
+        used << reg;
+        const double bought = std::round(std::uniform_real_distribution<double>(180000, 1400000)(m_rng) / 1000) * 1000;
+        const int depreciation = pick(10, 25);
+        const QString id = QString::number(vehicleKey + static_cast<int>(v));
+        m_db.Execute(
+            "insert into voertuig (TransID, CatID, Maak, Model, RegNr, ADatum, AWaarde, depwaarde, VWaarde, Boek, Km, "
+            "Hours, Enjin, rebated, rebatepct, rebaterate, licenceduedate, serviceduedate, FuelTankSize, BatterySize, "
+            "TyreSize, deptid) values (" +
+            id + ", " + QString::number(catKey + m_category[v]) + ", '" + cat.makes[model] + "', '" +
+            cat.models[model] + "', '" + reg + "', '" + DateText(m_start.addDays(-pick(200, 2500))) + "', " +
+            QString::number(bought, 'f', 0) + ", " + QString::number(depreciation) + ", " +
+            QString::number(bought * (100 - depreciation) / 100, 'f', 0) + ", '" + Amount(bought * 0.6) + "', " +
+            QString::number(m_firstKm[v], 'f', 0) + ", " + (m_hours[v] ? "True" : "False") + ", 'E" + digits7() +
+            "', " + (cat.rebated ? "True" : "False") + ", " + (cat.rebated ? "80" : "0") + ", 0, '" +
+            DateText(last.addDays(pick(-20, 340))) + "', '" + DateText(last.addDays(pick(-20, 160))) + "', " +
+            (m_hours[v] ? "150" : "80") + ", '" + (m_hours[v] ? "658" : "652") + "', '" +
+            (m_hours[v] ? "16.9-28" : "265/65 R17") + "', " + QString::number(spread(m_shape.departments)) + ")");
+    }
+}
+
 void Generator::planIssues() {
     const int vehicles = std::max(1, m_shape.vehicles);
-    m_days = std::max(60, m_shape.fuelRows / vehicles * 4);
+    m_days = m_shape.days > 0 ? m_shape.days : std::max(60, m_shape.fuelRows / vehicles * 4);
     for (int v = 0; v < vehicles; ++v) {
-        const bool hours = chance(m_shape.hoursVehiclePercent);
+        // A lifelike register has both meter kinds whatever the draw: its first vehicle counts kilometres, its
+        // second hours.
+        bool hours = chance(m_shape.hoursVehiclePercent);
+        if (m_shape.lifelike && v < 2)
+            hours = v == 1;
         m_hours.push_back(hours);
+        m_category.push_back(!m_shape.lifelike ? 0 : hours ? 2 + pick(0, 1) : pick(0, 1));
         const int whole = hours ? pick(200, 4000) : pick(5000, 180000);
         // Texts as clerks type them: a decimal comma or a blank between thousands, which the chain's
         // first reading turns into points.
@@ -113,14 +213,21 @@ void Generator::planIssues() {
         Issue issue;
         issue.vehicle = n % vehicles;
         const size_t v = static_cast<size_t>(issue.vehicle);
-        day[v] = std::min(m_days - 1, day[v] + pick(0, 6));
+        if (m_shape.lifelike) {
+            // Spread evenly over the period: each vehicle fills up every few days.
+            const int step = std::max(1, m_days * vehicles / std::max(1, m_shape.fuelRows));
+            day[v] = std::min(m_days - 1,
+                              day[v] + (n < vehicles ? pick(0, step) : pick(std::max(1, step / 2), step * 3 / 2)));
+        } else {
+            day[v] = std::min(m_days - 1, day[v] + pick(0, 6));
+        }
         issue.date = m_start.addDays(day[v]);
         issue.tank = pick(0, tanks - 1);
         issue.previous = reading[v];
         if (!chance(m_shape.equalReadingPercent) || n < vehicles)
             reading[v] += m_hours[v] ? pick(4, 40) : pick(150, 900);
         issue.reading = reading[v];
-        issue.litres = pickAmount(20, 400);
+        issue.litres = m_shape.lifelike ? pick(m_hours[v] ? 20 : 35, m_hours[v] ? 180 : 140) : pickAmount(20, 400);
         m_issues.push_back(issue);
     }
     std::stable_sort(m_issues.begin(), m_issues.end(), [](const Issue& a, const Issue& b) { return a.date < b.date; });
@@ -197,11 +304,15 @@ void Generator::write() {
         m_db.Execute("alter table voertuig alter column km text(20)");
     m_db.BeginTrans();
     try {
-        m_db.Execute("insert into voerkat (TransID, [Desc], Hours) values (" + QString::number(catKey) +
-                     ", 'Synthetic Kilometres', False)");
-        m_db.Execute("insert into voerkat (TransID, [Desc], Hours) values (" + QString::number(catKey + 1) +
-                     ", 'Synthetic Hours', True)");
-        for (size_t v = 0; v < m_hours.size(); ++v) {
+        if (m_shape.lifelike)
+            writeLifelikeVehicles(catKey, vehicleKey);
+        else
+            m_db.Execute("insert into voerkat (TransID, [Desc], Hours) values (" + QString::number(catKey) +
+                         ", 'Synthetic Kilometres', False)");
+        if (!m_shape.lifelike)
+            m_db.Execute("insert into voerkat (TransID, [Desc], Hours) values (" + QString::number(catKey + 1) +
+                         ", 'Synthetic Hours', True)");
+        for (size_t v = 0; v < m_hours.size() && !m_shape.lifelike; ++v) {
             const QString id = QString::number(vehicleKey + static_cast<int>(v));
             m_db.Execute("insert into voertuig (TransID, CatID, Maak, Model, RegNr, Km, Hours, deptid) values (" + id +
                          ", " + QString::number(catKey + (m_hours[v] ? 1 : 0)) + ", 'Make " + id + "', 'Model', 'REG" +
@@ -225,7 +336,8 @@ void Generator::write() {
                          "invoiceRef) values (" +
                          QString::number(purchaseKey + p) + ", " + QString::number(tankKey + purchase.tank) + ", '" +
                          DateText(purchase.date) + "', '" + Amount(purchase.litres) + "', '" + Amount(purchase.cost) +
-                         "', '" + Amount(purchase.cost / purchase.litres) + "', 1, 'INV" + QString::number(p) + "')");
+                         "', '" + Amount(purchase.cost / purchase.litres) + "', " +
+                         QString::number(spread(m_shape.suppliers)) + ", 'INV" + QString::number(p) + "')");
         }
 
         std::vector<size_t> order(m_issues.size());
@@ -237,7 +349,7 @@ void Generator::write() {
             Issue& issue = m_issues[n];
             double& pump = m_pump[static_cast<size_t>(issue.tank)];
             issue.pumpBefore = pump;
-            pump += std::round(issue.litres);
+            pump += m_shape.lifelike ? issue.litres : std::round(issue.litres);
             issue.pumpAfter = pump;
         }
         // Each vehicle's first issue follows its Km; the later ones follow the issue before.
@@ -261,7 +373,9 @@ void Generator::write() {
                          ", '" + DateText(issue.date) + "', " + QString::number(issue.reading, 'f', 1) + ", " +
                          QString::number(prev, 'f', 3) + ", " + Amount(issue.litres) + ", 18.5, " +
                          QString::number(issue.pumpBefore, 'f', 0) + ", " + QString::number(issue.pumpAfter, 'f', 0) +
-                         ", 1, 1, 1)");
+                         ", " + QString::number(spread(m_shape.drivers)) + ", " +
+                         QString::number(spread(m_shape.activities)) + ", " +
+                         QString::number(spread(m_shape.departments)) + ")");
         }
 
         std::vector<size_t> stockOrder(m_stock.size());
@@ -277,9 +391,10 @@ void Generator::write() {
             m_db.Execute("insert into TankStock (transid, TankID, Tank, Datum, LitersInTank, LiterLesing, Verlore, "
                          "Rvalue, Rede) values (" +
                          QString::number(stockKey + static_cast<int>(k)) + ", " + QString::number(tankKey + take.tank) +
-                         ", 'TANK " + QString::number(take.tank + 1) + "', '" + DateText(take.date) + "', '" +
-                         Amount(take.measured) + "', '" + Amount(book) + "', '" + Amount(take.measured - book) +
-                         "', '0', 'Measured')");
+                         ", '" + tankName(take.tank) + "', '" + DateText(take.date) + "', '" + Amount(take.measured) +
+                         "', '" + Amount(book) + "', '" + Amount(take.measured - book) + "', '" +
+                         (m_shape.lifelike ? Amount((take.measured - book) * 18.5) : QString("0")) + "', '" +
+                         (m_shape.lifelike ? kStockReasons[pick(0, 4)] : "Measured") + "')");
         }
 
         for (int t = 0; t < tanks; ++t) {
@@ -288,7 +403,7 @@ void Generator::write() {
                 volume -= pick(1, 300);
             m_db.Execute("insert into Tanks (TransID, TankNaam, HuidigeVolume, CurRperL, Datum, Koste, Capacity, "
                          "PumpReading) values (" +
-                         QString::number(tankKey + t) + ", 'TANK " + QString::number(t + 1) + "', " +
+                         QString::number(tankKey + t) + ", '" + tankName(t) + "', " +
                          QString::number(std::round(volume * 100) / 100, 'f', 2) + ", 18.5, '" + DateText(m_start) +
                          "', '0', 50000, " + QString::number(m_pump[static_cast<size_t>(t)], 'f', 0) + ")");
         }

@@ -3,6 +3,7 @@
 // of both meter kinds, vehicles, tanks, purchases, issues with odometer and pump readings, and stock takes,
 // whose derived figures agree with each other unless the shape asks for some to be left wrong.
 
+#include <QDate>
 #include <QtGlobal>
 
 class Database;
@@ -21,6 +22,16 @@ struct RegisterShape {
     bool issuesOutOfDateOrder = false;     // issues stored in no particular order
     int unsettledPercent = 0;              // derived values left wrong, as after edits and deletions
     quint32 seed = 1;
+    QDate start{2021, 1, 1}; // the first day of the register
+    int days = 0;            // the days it spans; 0 for as many as the rows need
+    // As an office keeps it (the demo register): named categories, makes and South African registrations, due
+    // dates around the last day, whole litres that the pump readings chain by, stock take reasons, and the
+    // departments, drivers, activities and fuel suppliers numbered 1 to n spread over the rows.
+    bool lifelike = false;
+    int departments = 1;
+    int drivers = 1;
+    int activities = 1;
+    int suppliers = 1;
 };
 
 struct RegisterCounts {
