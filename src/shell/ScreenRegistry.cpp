@@ -19,6 +19,7 @@ struct Registry {
     std::vector<QPointer<QWidget>> forms;    // loaded forms, in load order
     QPointer<QMdiArea> mdiArea;
     ReminderSqlBuilder reminderBuilder;
+    QHash<QString, FormRoutine> routines; // keyed by "form.routine" in lower case
 };
 
 Registry& registry() {
@@ -230,4 +231,32 @@ void SetReminderSqlBuilder(ReminderSqlBuilder builder) {
 
 const ReminderSqlBuilder& CurrentReminderSqlBuilder() {
     return registry().reminderBuilder;
+}
+
+void RegisterFormRoutine(const QString& formName, const QString& routine, FormRoutine fn) {
+    registry().routines.insert((formName + "." + routine).toLower(), std::move(fn));
+}
+
+bool CallFormRoutine(const QString& formName, const QString& routine) {
+    const auto it = registry().routines.constFind((formName + "." + routine).toLower());
+    if (it == registry().routines.constEnd())
+        return false;
+    const FormRoutine fn = it.value();
+    QWidget* form = FindForm(formName);
+    if (!form) {
+        const auto factory = registry().factories.constFind(formName.toLower());
+        if (factory == registry().factories.constEnd())
+            return false;
+        // Loaded and left hidden; it stays loaded until the run ends or the form is shown and closed.
+        QWidget* owner = registry().mdiArea ? registry().mdiArea->window() : nullptr;
+        form = makeForm(factory.value(), owner);
+        if (!form)
+            return false;
+        if (form->objectName().isEmpty())
+            form->setObjectName(formName);
+        form->hide();
+        TrackForm(form);
+    }
+    fn(form);
+    return true;
 }

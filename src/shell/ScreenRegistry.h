@@ -35,6 +35,14 @@ QWidget* FindForm(const QString& name); // the loaded form of that name, or null
 bool IsFormVisible(const QString& name);
 void UnloadForm(const QString& name); // closes it (its close handler may refuse)
 
+// A public routine of a form that another subsystem's screen calls by name (frmServAdd.LaaiCostCat). The form's
+// owner registers it with the form's name and the routine's. CallFormRoutine runs it on the loaded form of that
+// name, loading the form hidden first when none is loaded, as calling a routine of an unloaded form does; it does
+// nothing and answers false while no routine of that name is registered.
+using FormRoutine = std::function<void(QWidget* form)>;
+void RegisterFormRoutine(const QString& formName, const QString& routine, FormRoutine fn);
+bool CallFormRoutine(const QString& formName, const QString& routine);
+
 // The reminder statement builder lives with the reminder screen; the main window's start-up check calls
 // it through this hook. Until it is set, the start-up has no reminder check.
 using ReminderSqlBuilder = std::function<QString(const QString& dateText, int monthsBack, int monthsAhead, bool both,

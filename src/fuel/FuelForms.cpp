@@ -1,0 +1,30 @@
+#include "FuelForms.h"
+
+#include "FlexGrid.h"
+#include "Vb.h"
+
+#include <QDate>
+
+namespace fuelforms {
+
+QString TodayText() {
+    return vb::Format(Value(QDate::currentDate()), "yyyy/MM/dd");
+}
+
+QString CellText(const FlexGrid& grid, int row, int col) {
+    if (row < 0 || row >= grid.Rows() || col < 0 || col >= grid.Cols())
+        return QString();
+    return grid.TextMatrix(row, col);
+}
+
+int CellKey(const FlexGrid& grid, int row, int col) {
+    const QString text = CellText(grid, row, col);
+    if (!vb::IsNumeric(Value(text)))
+        return 0;
+    const double key = vb::Val(text);
+    if (key < 1 || key > 2147483647.0)
+        return 0;
+    return static_cast<int>(key);
+}
+
+} // namespace fuelforms
