@@ -795,8 +795,11 @@ void frmFuel::ViewFuel() {
         }
         rs->Close();
         // The shown columns widen to their longest text, so that no date or reading is cut.
-        for (int c = 1; c <= 3; ++c)
-            Flx4->setColumnWidth(c, std::max(Flx4->columnWidth(c), Flx4->sizeHintForColumn(c)));
+        for (int c = 1; c <= 3; ++c) {
+            const int given = Flx4->columnWidth(c);
+            Flx4->resizeColumnToContents(c);
+            Flx4->setColumnWidth(c, std::max(given, Flx4->columnWidth(c)));
+        }
         Flx4->setUpdatesEnabled(true);
     }
     Flx4->show();
