@@ -5,6 +5,7 @@
 #include "FlexGrid.h"
 #include "FuelTestStore.h"
 #include "Vb.h"
+#include "WorkbookReader.h"
 
 #include <QComboBox>
 #include <QGroupBox>
@@ -390,4 +391,69 @@ TEST_F(FuelScreenTest, MidCaptureTheFiguresAndTheGridStandBesideTheFields) {
     if (const QString dir = qEnvironmentVariable("ORVEL_SCREENSHOT_DIR"); !dir.isEmpty()) {
         EXPECT_TRUE(f->grab().save(dir + "/frmfuel.png"));
     }
+}
+
+TEST_F(FuelScreenTest, FuelRecordsWorkbookListsTheVehiclesIssuesByDate) {
+    exec(QString("insert into VecFuel (VoertuigID, TankID, Datum, KmRead, PreviousKmRead, Litres, RperL) "
+                 "values (%1, %2, '2024/04/08', 1890, 1450, 38.25, 20.5)")
+             .arg(m_toyota)
+             .arg(m_tank));
+    exec(QString("insert into VecFuel (VoertuigID, TankID, Datum, KmRead, PreviousKmRead, Litres, RperL) "
+                 "values (%1, %2, '2024/04/01', 1450, 1000, 41.5, 20.5)")
+             .arg(m_toyota)
+             .arg(m_tank));
+    exec(QString("insert into VecFuel (VoertuigID, TankID, Datum, KmRead, PreviousKmRead, Litres, RperL) "
+                 "values (%1, %2, '2024/04/02', 500, 400, 9, 20.5)")
+             .arg(m_massey)
+             .arg(m_tank));
+    auto f = open();
+    pick(f->Combo2, "Light");
+    pick(f->Combo3, "Toyota (CA 1)");
+    m_messages.answer(MsgResult::No);
+    QTest::mouseClick(f->lblPrint, Qt::LeftButton);
+    EXPECT_EQ(m_messages.last(), "Print Fuel Records?");
+    EXPECT_TRUE(WorkbookReader::newestIn(m_home.path() + "/Reports/Reports").isEmpty());
+    QTest::mouseClick(f->lblPrint, Qt::LeftButton);
+    const QString file = WorkbookReader::newestIn(m_home.path() + "/Reports/Reports");
+    ASSERT_FALSE(file.isEmpty());
+    WorkbookReader book;
+    ASSERT_TRUE(book.open(file)) << book.error().toStdString();
+    const WbSheet* sheet = book.sheet("Fuel Records");
+    ASSERT_NE(sheet, nullptr);
+    EXPECT_EQ(sheet->text("A1"), "Date");
+    EXPECT_EQ(sheet->text("B1"), "Km");
+    EXPECT_EQ(sheet->text("C1"), "Litres");
+    EXPECT_EQ(sheet->text("A2"), "2024/04/01");
+    EXPECT_EQ(sheet->number("B2"), 1450);
+    EXPECT_EQ(sheet->number("C3"), 38.25);
+    EXPECT_EQ(sheet->cell("B2")->style.numberFormat, "### ### ##0");
+    EXPECT_EQ(sheet->cell("C3")->style.numberFormat, "### ### ##0.00");
+    EXPECT_EQ(sheet->lastRow(), 3); // the other vehicle's issue is not listed
+}
+
+TEST_F(FuelScreenTest, TheLedgerShowsOnF1AndLeavesOnEscape) {
+    exec(
+        "insert into TankRekords (TankID, TankNaam, Datum, LitersGeneem, LiterNaGeneem, LiterSaldo, RandPerLiter, FID) "
+        "values (1, 'Old', '2019/05/01', '20', '480', '480', '9.10', 0)");
+    exec(
+        "insert into TankRekords (TankID, TankNaam, Datum, LitersGeneem, LiterNaGeneem, LiterSaldo, RandPerLiter, FID) "
+        "values (1, 'Old', '2019/05/02', '30', '450', '450', '9.10', 7)");
+    auto f = open();
+    pick(f->Combo2, "Light");
+    pick(f->Combo3, "Toyota (CA 1)");
+    QTest::mouseClick(f->lblcmd[4], Qt::LeftButton);
+    QTest::keyClick(f->Flx4, Qt::Key_F1);
+    EXPECT_FALSE(f->Flx4->isVisible());
+    ASSERT_TRUE(f->flxDelete->isVisible());
+    EXPECT_EQ(f->flxDelete->Rows(), 3);
+    EXPECT_EQ(f->flxDelete->TextMatrix(2, 4), "30");
+    // With no issue just saved the ledger row of key 0 is the one removed.
+    QTest::keyClick(f->lblcmd[2], Qt::Key_Delete);
+    EXPECT_EQ(scalar("select count(*) from TankRekords"), "1");
+    EXPECT_EQ(scalar("select FID from TankRekords"), "7");
+    EXPECT_TRUE(f->Flx4->isVisible()); // the fuel records are listed again
+    QTest::keyClick(f->Flx4, Qt::Key_F1);
+    QTest::keyClick(f->flxDelete, Qt::Key_Escape);
+    EXPECT_TRUE(f->Flx4->isVisible());
+    EXPECT_FALSE(f->flxDelete->isVisible());
 }
