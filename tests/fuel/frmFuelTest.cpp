@@ -1,0 +1,459 @@
+// The fuel capture screen driven as the office uses it: picking vehicle and tank, the checks of a save in
+// their order, what a save, an edit and a delete leave in the store and on screen, and a save that fails half-way.
+
+#include "frmFuel.h"
+#include "FlexGrid.h"
+#include "FuelTestStore.h"
+#include "Vb.h"
+#include "WorkbookReader.h"
+
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+
+namespace {
+
+class FuelScreenTest : public FuelStoreTest {
+protected:
+    void SetUp() override {
+        FuelStoreTest::SetUp();
+        SeedRegister();
+        m_today = QDate::currentDate().toString("yyyy/MM/dd");
+    }
+
+    std::unique_ptr<frmFuel> open() {
+        auto f = std::make_unique<frmFuel>();
+        f->show();
+        f->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(f.get()));
+        return f;
+    }
+
+    static void pick(QComboBox* combo, const QString& text) {
+        const int index = combo->findText(text);
+        ASSERT_GE(index, 0) << text.toStdString();
+        combo->setFocus();
+        combo->setCurrentIndex(index);
+    }
+    static void retype(QLineEdit* field, const QString& text) {
+        field->setFocus();
+        field->selectAll();
+        QTest::keyClick(field, Qt::Key_Delete);
+        QTest::keyClicks(field, text);
+    }
+    // Vehicle and tank picked, the pump read at pumpAfter (the litres follow), the odometer at km.
+    void capture(frmFuel& f, const QString& vehicle, const QString& pumpAfter, const QString& km,
+                 const QString& category = "Light") {
+        pick(f.Combo2, category);
+        pick(f.Combo3, vehicle);
+        pick(f.Combo7, "Main");
+        retype(f.txtPumpCurr, pumpAfter);
+        QTest::keyClick(f.txtPumpCurr, Qt::Key_Tab);
+        retype(f.txtKm, km);
+        QTest::keyClick(f.txtKm, Qt::Key_Tab);
+    }
+    void save(frmFuel& f) { QTest::mouseClick(f.lblcmd[0], Qt::LeftButton); }
+    QString fuel(const QString& column, const QString& where = "1 = 1") {
+        return scalar("select " + column + " from VecFuel where " + where + " order by transid desc");
+    }
+    QString tank(const QString& column) {
+        return scalar("select " + column + " from tanks where transid = " + QString::number(m_tank));
+    }
+    QString m_today;
+};
+
+} // namespace
+
+TEST_F(FuelScreenTest, LoadFillsTheListsAndGivesTheChoiceTableItsRow) {
+    exec("delete from VecChoice");
+    auto f = open();
+    EXPECT_EQ(f->windowTitle(), "Orvel - Fuel Input");
+    EXPECT_EQ(f->txtDyy->text(), m_today);
+    EXPECT_EQ(f->cmbDriver->itemText(0), "Driver 1");
+    EXPECT_EQ(f->cmbActivity->itemText(0), "Activity 1");
+    EXPECT_EQ(f->Combo7->count(), 1); // no prompts on this screen's tank list
+    EXPECT_EQ(f->Combo7->currentIndex(), -1);
+    EXPECT_EQ(f->txtPumpCurr->text(), "0");
+    EXPECT_EQ(scalar("select count(*) from VecChoice"), "1");
+    EXPECT_EQ(scalar("select VoerKeuse from VecChoice"), "0");
+    pick(f->Combo2, "Light");
+    pick(f->Combo3, "Toyota (CA 1)");
+    EXPECT_EQ(scalar("select VoerKeuse from VecChoice"), "Toyota (CA 1)");
+}
+
+TEST_F(FuelScreenTest, PickingVehiclesSetsThePreviousReadingAndTheCaptions) {
+    auto f = open();
+    pick(f->Combo2, "Light");
+    pick(f->Combo3, "Toyota (CA 1)");
+    EXPECT_EQ(f->txtPrKm->text(), "1000");
+    EXPECT_TRUE(f->txtPrKm->isReadOnly());
+    EXPECT_EQ(f->txtPrKm->palette().color(QPalette::Base), QColor(217, 225, 186));
+    EXPECT_EQ(f->lblRebate->text(), "Rebate Applicable");
+    pick(f->Combo3, "Bare (CA 2)"); // neither issues nor Km: the user types the previous reading
+    EXPECT_EQ(f->txtPrKm->text(), "");
+    EXPECT_FALSE(f->txtPrKm->isReadOnly());
+    EXPECT_EQ(f->lblRebate->text(), "Rebate Not Applicable");
+
+    pick(f->Combo2, "Tractors");
+    pick(f->Combo3, "Massey (MF 1)");
+    EXPECT_EQ(f->label4[frmFuel::kCapKmReading]->text(), "Hour Reading");
+    EXPECT_EQ(f->label4[frmFuel::kCapTravelled]->text(), "Hours Travelled");
+    EXPECT_EQ(f->label4[frmFuel::kCapLitresPer100]->text(), "L / 100 Hours");
+    EXPECT_EQ(f->label4[frmFuel::kCapCostPerKm]->text(), "Cost / Hour");
+    EXPECT_EQ(f->txtPrKm->text(), "500");
+
+    // The stored make in capitals differs from the list's "John Deere (JD 1)": the walk finds no row, so the
+    // vehicle's flags are not read and the screen keeps those of the vehicle before.
+    pick(f->Combo3, "John Deere (JD 1)");
+    EXPECT_EQ(f->VehicleID, QString::number(m_deere));
+    EXPECT_EQ(f->lblRebate->text(), "Rebate Not Applicable");
+    EXPECT_EQ(f->txtPrKm->text(), "700");
+    EXPECT_EQ(f->label4[frmFuel::kCapKmReading]->text(), "Hour Reading");
+
+    pick(f->Combo2, "Light");
+    pick(f->Combo3, "Toyota (CA 1)");
+    EXPECT_EQ(f->label4[frmFuel::kCapKmReading]->text(), "Km Reading");
+    EXPECT_EQ(f->label4[frmFuel::kCapLitresPer100]->text(), "L / 100 Km's");
+}
+
+TEST_F(FuelScreenTest, PickingTheTankShowsBalanceRateAndPump) {
+    exec("update tanks set HuidigeVolume = 5"); // wrong until the recalculation
+    auto f = open();
+    pick(f->Combo2, "Light");
+    pick(f->Combo3, "Toyota (CA 1)");
+    pick(f->Combo7, "Main");
+    EXPECT_EQ(vb::Val(f->txtTankBal->text()), 1000.0);
+    EXPECT_EQ(f->txtRandLiter->text(), "20.50");
+    EXPECT_EQ(f->txtPumpPrev->text(), "500");
+    // The pump read: the litres follow, and the current figures show when the reading is left.
+    retype(f->txtPumpCurr, "540");
+    QTest::keyClick(f->txtPumpCurr, Qt::Key_Tab);
+    EXPECT_EQ(f->txtLiter->text(), "40");
+    retype(f->txtKm, "1400");
+    QTest::keyClick(f->txtKm, Qt::Key_Tab);
+    EXPECT_EQ(f->txtKmTravel1->text(), "400.00");
+    EXPECT_EQ(f->txtKmL1->text(), "10.00");
+    EXPECT_EQ(f->txtCKM1->text(), "2.05");
+    // Litres typed by hand lock the pump field.
+    retype(f->txtLiter, "30");
+    QTest::keyClick(f->txtLiter, Qt::Key_Tab);
+    EXPECT_FALSE(f->txtPumpCurr->isEnabled());
+}
+
+TEST_F(FuelScreenTest, SaveRefusesOneBrokenConditionAtATimeAndWritesNothing) {
+    struct Case {
+        const char* name;
+        std::function<void(frmFuel&)> breakIt;
+        QString text;
+        MsgIcon icon;
+        QString title;
+        std::function<QWidget*(frmFuel&)> focus;
+    } cases[] = {
+        {"date", [](frmFuel& f) { f.txtDyy->clear(); }, "Date field is empty", MsgIcon::Information, "Orvel",
+         [](frmFuel& f) { return f.txtDyy; }},
+        {"litres", [](frmFuel& f) { f.txtLiter->clear(); }, "Litres is empty", MsgIcon::Information, "Orvel",
+         [](frmFuel& f) { return f.txtLiter; }},
+        {"rate", [](frmFuel& f) { f.txtRandLiter->clear(); }, "Rand per litre is empty", MsgIcon::Information, "Orvel",
+         [](frmFuel& f) { return f.txtRandLiter; }},
+        {"km", [](frmFuel& f) { f.txtKm->clear(); }, "Km is empty", MsgIcon::Information, "Orvel",
+         [](frmFuel& f) { return f.txtKm; }},
+        {"equal reading", [](frmFuel& f) { f.txtKm->setText("1000"); },
+         "Km Reading must be more than the previous reading", MsgIcon::Exclamation, "Orvel",
+         [](frmFuel& f) { return f.txtKm; }},
+        {"lower reading", [](frmFuel& f) { f.txtKm->setText("999"); },
+         "Km Reading must be more than the previous reading", MsgIcon::Exclamation, "Orvel",
+         [](frmFuel& f) { return f.txtKm; }},
+        {"tank", [](frmFuel& f) { f.Combo7->setCurrentIndex(-1); },
+         "Some fields are empty, fill all the fields before you save!", MsgIcon::Exclamation, "Fuel",
+         [](frmFuel& f) { return f.Combo7; }},
+        {"no litres", [](frmFuel& f) { f.txtLiter->setText("0"); },
+         "The litres reading cannot be 0 or less. Please change the reading.", MsgIcon::Critical, "Km reading",
+         [](frmFuel& f) { return f.txtKm; }},
+        {"pump below", [](frmFuel& f) { f.txtPumpCurr->setText("499"); },
+         "The Current pump reading entered is less than the previous reading. Please change the reading.",
+         MsgIcon::Critical, "Km reading", [](frmFuel& f) { return f.txtKm; }},
+        {"closed date", [](frmFuel& f) { f.txtDyy->setText("2024/02/29"); },
+         "The date entered is already closed. Please change the date.", MsgIcon::Critical, "Closed date",
+         [](frmFuel& f) { return f.txtDyy; }},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        auto f = open();
+        capture(*f, "Toyota (CA 1)", "540", "1400");
+        c.breakIt(*f);
+        f->txtRandLiter->setFocus();
+        m_messages.clear();
+        save(*f);
+        ASSERT_EQ(m_messages.shown.size(), 1);
+        EXPECT_EQ(m_messages.shown[0].text, c.text);
+        EXPECT_EQ(m_messages.shown[0].icon, c.icon);
+        EXPECT_EQ(m_messages.shown[0].title, c.title);
+        EXPECT_EQ(QApplication::focusWidget(), c.focus(*f));
+        EXPECT_EQ(scalar("select count(*) from VecFuel"), "0");
+        EXPECT_EQ(vb::Val(tank("pumpreading")), 500.0);
+        EXPECT_EQ(f->txtTransID->text(), "0");
+    }
+}
+
+TEST_F(FuelScreenTest, TheDayAfterTheClosingDateIsSaved) {
+    auto f = open();
+    capture(*f, "Toyota (CA 1)", "540", "1400");
+    f->txtDyy->setText("2024/03/01");
+    save(*f);
+    EXPECT_TRUE(m_messages.shown.isEmpty()) << m_messages.last().toStdString();
+    EXPECT_EQ(fuel("Datum"), "2024/03/01");
+}
+
+TEST_F(FuelScreenTest, ASavedIssueStoresItsRowMovesThePumpAndResetsTheScreen) {
+    auto f = open();
+    capture(*f, "Toyota (CA 1)", "540", "1400");
+    f->cmbDriver->setCurrentIndex(0);
+    save(*f);
+    ASSERT_TRUE(m_messages.shown.isEmpty()) << m_messages.last().toStdString();
+    EXPECT_EQ(scalar("select count(*) from VecFuel"), "1");
+    EXPECT_EQ(fuel("VoertuigID"), QString::number(m_toyota));
+    EXPECT_EQ(fuel("TankID"), QString::number(m_tank));
+    EXPECT_EQ(fuel("Datum"), m_today);
+    EXPECT_EQ(vb::Val(fuel("KmRead")), 1400.0);
+    EXPECT_EQ(vb::Val(fuel("PreviousKmRead")), 1000.0);
+    EXPECT_EQ(vb::Val(fuel("Litres")), 40.0);
+    EXPECT_EQ(vb::Val(fuel("RperL")), 20.5);
+    EXPECT_EQ(vb::Val(fuel("pumpreadprev")), 500.0);
+    EXPECT_EQ(vb::Val(fuel("pumpreadcurr")), 540.0);
+    EXPECT_EQ(fuel("driverid"), scalar("select id from drivers"));
+    EXPECT_EQ(fuel("activityid"), scalar("select id from activities"));
+    EXPECT_EQ(vb::Val(tank("pumpreading")), 540.0);
+    EXPECT_EQ(vb::Val(tank("HuidigeVolume")), 960.0);
+    // The screen: the tank stays with its new pump reading, the vehicle is to be picked again.
+    EXPECT_EQ(f->txtPumpPrev->text(), "540");
+    EXPECT_EQ(f->txtPumpCurr->text(), "0");
+    EXPECT_EQ(f->txtTankBal->text(), "960.00");
+    EXPECT_EQ(f->Combo3->currentIndex(), -1);
+    EXPECT_EQ(f->Combo7->currentText(), "Main");
+    EXPECT_TRUE(f->txtKm->text().isEmpty());
+    EXPECT_TRUE(f->txtLiter->text().isEmpty());
+    EXPECT_TRUE(f->txtKmTravel1->text().isEmpty());
+    EXPECT_TRUE(f->txtKmTravel2->text().isEmpty());
+    EXPECT_TRUE(f->txtPrKm->isReadOnly());
+    EXPECT_EQ(f->txtTransID->text(), "0");
+    EXPECT_EQ(f->SavedFuelID, 0);
+    EXPECT_EQ(QApplication::focusWidget(), f->txtDyy);
+
+    // The next issue of the vehicle starts from the saved reading; the figures show the saved issue.
+    pick(f->Combo3, "Toyota (CA 1)");
+    EXPECT_EQ(f->txtPrKm->text(), "1400");
+    EXPECT_EQ(f->txtKmTravel2->text(), "400.00");
+    EXPECT_EQ(f->txtKmL->text(), "10.00");
+    EXPECT_EQ(f->txtRL->text(), "20.50");
+}
+
+TEST_F(FuelScreenTest, AnEditRewritesTheRowAndTheBalanceFollowsTheNewLitres) {
+    auto f = open();
+    capture(*f, "Toyota (CA 1)", "540", "1400");
+    save(*f);
+    capture(*f, "Toyota (CA 1)", "570", "1700");
+    save(*f);
+    ASSERT_EQ(scalar("select count(*) from VecFuel"), "2");
+    const QString first = scalar("select min(transid) from VecFuel");
+
+    pick(f->Combo3, "Toyota (CA 1)");
+    QTest::mouseClick(f->lblcmd[4], Qt::LeftButton);
+    ASSERT_TRUE(f->Frame8->isVisible());
+    ASSERT_EQ(f->Flx4->Rows(), 3);
+    EXPECT_EQ(f->Flx4->TextMatrix(1, 0), first);
+    f->Flx4->SetRow(1);
+    QTest::keyClick(f->Flx4, Qt::Key_Return);
+    EXPECT_FALSE(f->Frame8->isVisible());
+    EXPECT_FALSE(f->Combo3->isEnabled());
+    EXPECT_EQ(f->txtTransID->text(), first);
+    EXPECT_EQ(f->txtPrKm->text(), "1000");
+    EXPECT_EQ(f->txtEditLiter->text(), "40");
+    EXPECT_EQ(f->txtPumpCurr->text(), "0"); // the pump fields are not loaded
+
+    // The issue was 45 litres at 1500 km: the pump must be read past its present reading to pass.
+    retype(f->txtPumpCurr, "575");
+    QTest::keyClick(f->txtPumpCurr, Qt::Key_Tab);
+    retype(f->txtLiter, "45");
+    retype(f->txtKm, "1500");
+    save(*f);
+    ASSERT_TRUE(m_messages.shown.isEmpty()) << m_messages.last().toStdString();
+    EXPECT_EQ(scalar("select count(*) from VecFuel"), "2");
+    EXPECT_EQ(vb::Val(fuel("Litres", "transid = " + first)), 45.0);
+    EXPECT_EQ(vb::Val(fuel("KmRead", "transid = " + first)), 1500.0);
+    EXPECT_EQ(vb::Val(fuel("PreviousKmRead", "transid <> " + first)), 1500.0); // relinked, then recalculated
+    EXPECT_EQ(vb::Val(tank("HuidigeVolume")), 1000.0 - 45 - 30);
+    EXPECT_EQ(f->txtTankBal->text(), "925.00");
+    EXPECT_EQ(vb::Val(tank("pumpreading")), 575.0);
+    EXPECT_TRUE(f->Combo3->isEnabled());
+    EXPECT_EQ(f->EditingFromGrid, 0);
+}
+
+TEST_F(FuelScreenTest, OnlyTheLastRowOfTheGridIsDeletedAndTheTankTakesItsLitresBack) {
+    auto f = open();
+    capture(*f, "Toyota (CA 1)", "540", "1400");
+    save(*f);
+    capture(*f, "Toyota (CA 1)", "570", "1700");
+    save(*f);
+    pick(f->Combo3, "Toyota (CA 1)");
+    QTest::mouseClick(f->lblcmd[4], Qt::LeftButton);
+    ASSERT_EQ(f->Flx4->Rows(), 3);
+
+    f->Flx4->SetRow(1);
+    m_messages.clear();
+    QTest::mouseClick(f->lblcmd[2], Qt::LeftButton);
+    ASSERT_EQ(m_messages.shown.size(), 1);
+    EXPECT_EQ(m_messages.shown[0].text, "Delete transaction Not allowed.");
+    EXPECT_EQ(m_messages.shown[0].icon, MsgIcon::Exclamation);
+    EXPECT_EQ(scalar("select count(*) from VecFuel"), "2");
+
+    f->Flx4->SetRow(2);
+    m_messages.clear();
+    m_messages.answer(MsgResult::No);
+    QTest::mouseClick(f->lblcmd[2], Qt::LeftButton);
+    ASSERT_EQ(m_messages.shown.size(), 1);
+    EXPECT_TRUE(m_messages.shown[0].text.startsWith("Delete transaction " + m_today + "-"));
+    EXPECT_TRUE(m_messages.shown[0].text.endsWith("30.00?"));
+    EXPECT_EQ(m_messages.shown[0].buttons, MsgButtons::YesNo);
+    EXPECT_EQ(scalar("select count(*) from VecFuel"), "2");
+
+    exec("update tanks set HuidigeVolume = 930"); // what the tank shows after both issues
+    f->Flx4->SetRow(2);
+    QTest::mouseClick(f->lblcmd[2], Qt::LeftButton);
+    EXPECT_EQ(scalar("select count(*) from VecFuel"), "1");
+    EXPECT_EQ(vb::Val(tank("HuidigeVolume")), 960.0); // given back without a recalculation
+    EXPECT_EQ(vb::Val(tank("pumpreading")), 540.0);
+    EXPECT_EQ(f->txtTankBal->text(), "960");
+    EXPECT_EQ(f->txtPumpPrev->text(), "540");
+    EXPECT_TRUE(f->Frame8->isVisible()); // closed and opened again on the rows left
+    EXPECT_EQ(f->Flx4->Rows(), 2);
+}
+
+TEST_F(FuelScreenTest, AFailingPumpUpdateLeavesTheEarlierWritesStoredAndEndsTheRun) {
+    raw("create trigger pump_fails before update of pumpreading on tanks when new.pumpreading <> old.pumpreading "
+        "begin select raise(abort, 'the pump reading cannot be written'); end");
+    auto f = open();
+    capture(*f, "Toyota (CA 1)", "540", "1400");
+    save(*f);
+    ASSERT_EQ(m_messages.shown.size(), 1);
+    EXPECT_EQ(m_messages.shown[0].icon, MsgIcon::Critical);
+    EXPECT_EQ(m_messages.shown[0].title, "Orvel");
+    EXPECT_TRUE(m_messages.shown[0].text.contains("the pump reading cannot be written"));
+    // The row and the tank's balance stay written; the pump reading and the screen's reset never came.
+    EXPECT_EQ(scalar("select count(*) from VecFuel"), "1");
+    EXPECT_EQ(vb::Val(tank("HuidigeVolume")), 960.0);
+    EXPECT_EQ(vb::Val(tank("pumpreading")), 500.0);
+    EXPECT_EQ(f->txtKm->text(), "1400");
+}
+
+TEST_F(FuelScreenTest, EditWithoutAVehicleAsksForOne) {
+    auto f = open();
+    QTest::mouseClick(f->lblcmd[4], Qt::LeftButton);
+    ASSERT_EQ(m_messages.shown.size(), 1);
+    EXPECT_EQ(m_messages.shown[0].text, "Select a vehicle to edit!");
+    EXPECT_EQ(m_messages.shown[0].title, "Edit");
+    EXPECT_FALSE(f->Frame8->isVisible());
+}
+
+TEST_F(FuelScreenTest, MidCaptureTheFiguresAndTheGridStandBesideTheFields) {
+    // Three earlier issues of the vehicle, then a fourth being typed with the record grid open.
+    const char* const rows[] = {"'2024/04/01', 1450, 1000, 41.5, 20.5", "'2024/04/08', 1890, 1450, 38.25, 20.5",
+                                "'2024/04/15', 2410, 1890, 44, 21.1"};
+    for (const char* row : rows)
+        exec(QString("insert into VecFuel (VoertuigID, TankID, Datum, KmRead, PreviousKmRead, Litres, RperL) "
+                     "values (%1, %2, %3)")
+                 .arg(m_toyota)
+                 .arg(m_tank)
+                 .arg(row));
+    auto f = open();
+    f->resize(1100, 640);
+    pick(f->Combo2, "Light");
+    pick(f->Combo3, "Toyota (CA 1)");
+    QTest::mouseClick(f->lblcmd[4], Qt::LeftButton);
+    pick(f->Combo7, "Main");
+    retype(f->txtPumpCurr, "552.5");
+    QTest::keyClick(f->txtPumpCurr, Qt::Key_Tab);
+    retype(f->txtKm, "2905");
+    QTest::keyClick(f->txtKm, Qt::Key_Tab);
+    EXPECT_EQ(f->txtLiter->text(), "52.5");
+    EXPECT_EQ(f->txtKmTravel1->text(), "495.00");
+    EXPECT_EQ(f->txtKmTravel2->text(), "520.00");
+    EXPECT_EQ(f->txtKmTravel3->text(), "1410.00");
+    EXPECT_EQ(f->txtRL10->text(), "20.50");
+    EXPECT_TRUE(f->Frame8->isVisible());
+    EXPECT_EQ(f->Flx4->Rows(), 4);
+    EXPECT_EQ(f->Flx4->TextMatrix(3, 2), "2410");
+    // Numbers stand right in their boxes.
+    for (QLineEdit* box : {f->txtLiter, f->txtKm, f->txtKmTravel1, f->txtCKm10, f->txtTankBal})
+        EXPECT_TRUE(box->alignment() & Qt::AlignRight) << box->objectName().toStdString();
+    if (const QString dir = qEnvironmentVariable("ORVEL_SCREENSHOT_DIR"); !dir.isEmpty()) {
+        EXPECT_TRUE(f->grab().save(dir + "/frmfuel.png"));
+    }
+}
+
+TEST_F(FuelScreenTest, FuelRecordsWorkbookListsTheVehiclesIssuesByDate) {
+    exec(QString("insert into VecFuel (VoertuigID, TankID, Datum, KmRead, PreviousKmRead, Litres, RperL) "
+                 "values (%1, %2, '2024/04/08', 1890, 1450, 38.25, 20.5)")
+             .arg(m_toyota)
+             .arg(m_tank));
+    exec(QString("insert into VecFuel (VoertuigID, TankID, Datum, KmRead, PreviousKmRead, Litres, RperL) "
+                 "values (%1, %2, '2024/04/01', 1450, 1000, 41.5, 20.5)")
+             .arg(m_toyota)
+             .arg(m_tank));
+    exec(QString("insert into VecFuel (VoertuigID, TankID, Datum, KmRead, PreviousKmRead, Litres, RperL) "
+                 "values (%1, %2, '2024/04/02', 500, 400, 9, 20.5)")
+             .arg(m_massey)
+             .arg(m_tank));
+    auto f = open();
+    pick(f->Combo2, "Light");
+    pick(f->Combo3, "Toyota (CA 1)");
+    m_messages.answer(MsgResult::No);
+    QTest::mouseClick(f->lblPrint, Qt::LeftButton);
+    EXPECT_EQ(m_messages.last(), "Print Fuel Records?");
+    EXPECT_TRUE(WorkbookReader::newestIn(m_home.path() + "/Reports/Reports").isEmpty());
+    QTest::mouseClick(f->lblPrint, Qt::LeftButton);
+    const QString file = WorkbookReader::newestIn(m_home.path() + "/Reports/Reports");
+    ASSERT_FALSE(file.isEmpty());
+    WorkbookReader book;
+    ASSERT_TRUE(book.open(file)) << book.error().toStdString();
+    const WbSheet* sheet = book.sheet("Fuel Records");
+    ASSERT_NE(sheet, nullptr);
+    EXPECT_EQ(sheet->text("A1"), "Date");
+    EXPECT_EQ(sheet->text("B1"), "Km");
+    EXPECT_EQ(sheet->text("C1"), "Litres");
+    EXPECT_EQ(sheet->text("A2"), "2024/04/01");
+    EXPECT_EQ(sheet->number("B2"), 1450);
+    EXPECT_EQ(sheet->number("C3"), 38.25);
+    EXPECT_EQ(sheet->cell("B2")->style.numberFormat, "### ### ##0");
+    EXPECT_EQ(sheet->cell("C3")->style.numberFormat, "### ### ##0.00");
+    EXPECT_EQ(sheet->lastRow(), 3); // the other vehicle's issue is not listed
+}
+
+TEST_F(FuelScreenTest, TheLedgerShowsOnF1AndLeavesOnEscape) {
+    exec(
+        "insert into TankRekords (TankID, TankNaam, Datum, LitersGeneem, LiterNaGeneem, LiterSaldo, RandPerLiter, FID) "
+        "values (1, 'Old', '2019/05/01', '20', '480', '480', '9.10', 0)");
+    exec(
+        "insert into TankRekords (TankID, TankNaam, Datum, LitersGeneem, LiterNaGeneem, LiterSaldo, RandPerLiter, FID) "
+        "values (1, 'Old', '2019/05/02', '30', '450', '450', '9.10', 7)");
+    auto f = open();
+    pick(f->Combo2, "Light");
+    pick(f->Combo3, "Toyota (CA 1)");
+    QTest::mouseClick(f->lblcmd[4], Qt::LeftButton);
+    QTest::keyClick(f->Flx4, Qt::Key_F1);
+    EXPECT_FALSE(f->Flx4->isVisible());
+    ASSERT_TRUE(f->flxDelete->isVisible());
+    EXPECT_EQ(f->flxDelete->Rows(), 3);
+    EXPECT_EQ(f->flxDelete->TextMatrix(2, 4), "30");
+    // With no issue just saved the ledger row of key 0 is the one removed.
+    QTest::keyClick(f->lblcmd[2], Qt::Key_Delete);
+    EXPECT_EQ(scalar("select count(*) from TankRekords"), "1");
+    EXPECT_EQ(scalar("select FID from TankRekords"), "7");
+    EXPECT_TRUE(f->Flx4->isVisible()); // the fuel records are listed again
+    QTest::keyClick(f->Flx4, Qt::Key_F1);
+    QTest::keyClick(f->flxDelete, Qt::Key_Escape);
+    EXPECT_TRUE(f->Flx4->isVisible());
+    EXPECT_FALSE(f->flxDelete->isVisible());
+}
