@@ -1,11 +1,16 @@
 #include "Registration.h"
 
 #include "FuelScreens.h"
+#include "ServiceReports.h"
+#include "ServiceScreens.h"
 #include "VehicleScreens.h"
+#include "frmVoerDiens.h"
 #include "frmowner.h"
 
 void RegisterAllScreens() {
     RegisterShellScreens();
     RegisterVehicleScreens();
     RegisterFuelScreens();
+    RegisterServiceScreens();
+    SetServiceHistoryPrinter([](int vehicleId) { ServiceHistory_PrintVehicle(vehicleId); });
 }
