@@ -2,7 +2,10 @@
 
 #include "FuelScreens.h"
 #include "ReminderScreens.h"
+#include "ServiceReports.h"
+#include "ServiceScreens.h"
 #include "VehicleScreens.h"
+#include "frmVoerDiens.h"
 #include "frmowner.h"
 
 void RegisterAllScreens() {
@@ -10,4 +13,6 @@ void RegisterAllScreens() {
     RegisterVehicleScreens();
     RegisterFuelScreens();
     RegisterReminderScreens();
+    RegisterServiceScreens();
+    SetServiceHistoryPrinter([](int vehicleId) { ServiceHistory_PrintVehicle(vehicleId); });
 }

@@ -1,0 +1,26 @@
+#include "ServiceScreens.h"
+
+#include "ScreenRegistry.h"
+#include "Session.h"
+#include "frmServAdd.h"
+#include "frmVoerDiens.h"
+#include "frmVoerDiens_Extra.h"
+
+void RegisterServiceScreens() {
+    RegisterScreen("frmServAdd", [](QWidget* parent) -> QWidget* { return new frmServAdd(parent); });
+    RegisterScreen("frmVoerDiens", [](QWidget* parent) -> QWidget* {
+        auto* form = new frmVoerDiens(parent);
+        // Opened from the vehicle list for one vehicle; the hook is called as the list always has.
+        if (CurrentSession().ServiceHistoryVehicleID > 0)
+            form->LoadServices(CurrentSession().ServiceHistoryVehicleID);
+        return form;
+    });
+    RegisterScreen("frmVoerDiens_Extra", [](QWidget* parent) -> QWidget* { return new frmVoerDiens_Extra(parent); });
+    for (const char* routine : {"LaaiSupliers", "LaaiCostCat"}) {
+        const QString name = routine;
+        RegisterScreen("frmServAdd." + name, [name](QWidget* parent) -> QWidget* {
+            CallServAddRoutine(name, parent);
+            return nullptr;
+        });
+    }
+}
