@@ -1,6 +1,7 @@
 #include "FuelForms.h"
 
 #include "FlexGrid.h"
+#include "ReportEngine.h"
 #include "Vb.h"
 
 #include <QDate>
@@ -25,6 +26,20 @@ int CellKey(const FlexGrid& grid, int row, int col) {
     if (key < 1 || key > 2147483647.0)
         return 0;
     return static_cast<int>(key);
+}
+
+void OpenFuelWorkbook(const QString& sheetName) {
+    REPORT_Workbook_Initialise(true);
+    REPORT_SetSheetIndex(1);
+    xlSheet = xlBook->Worksheets(1);
+    QString name = sheetName;
+    xlSheet->SetName(REPORT_SafeSheetName(xlBook, name));
+}
+
+void SaveFuelWorkbook(const QString& reportName) {
+    REPORT_SaveReport(xlApp, "Vehicles", reportName);
+    REPORT_HideExcel(xlApp, false);
+    REPORT_Workbook_Terminate();
 }
 
 } // namespace fuelforms

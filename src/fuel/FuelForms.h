@@ -20,6 +20,11 @@ QString CellText(const FlexGrid& grid, int row, int col);
 // A key in a grid cell, as a 32-bit number; 0 for an empty or non-numeric cell.
 int CellKey(const FlexGrid& grid, int row, int col);
 
+// A new workbook whose first sheet is named `sheetName` and in hand as xlSheet.
+void OpenFuelWorkbook(const QString& sheetName);
+// Saves the workbook in hand as `reportName` in the reports' "Vehicles" folder, shows it and lets it go.
+void SaveFuelWorkbook(const QString& reportName);
+
 // Runs a handler body that has no error trap: a store, value or workbook error shows the run-time error box and
 // ends the program, with what was stored kept. False when it ended that way.
 template <class Body> bool Untrapped(Body body) {

@@ -508,11 +508,7 @@ void frmTank::lblPrint_Click() {
     const QString tankName = list1->currentItem() ? list1->currentItem()->text() : QString();
     Hourglass hourglass;
     Untrapped([&] {
-        REPORT_Workbook_Initialise(true);
-        REPORT_SetSheetIndex(1);
-        xlSheet = xlBook->Worksheets(1);
-        QString sheetName = "Fuel Purchases";
-        xlSheet->SetName(REPORT_SafeSheetName(xlBook, sheetName));
+        fuelforms::OpenFuelWorkbook("Fuel Purchases");
         REPxlFmt(xlSheet, "a1", "f1", Value("Fuel Purchases In Selected Category " + tankName), 2, 12, true, false,
                  false, true, false, "", 1, xl::Center, xl::Center, 2, 0, Value(20));
         REPORT_ToExcel_ApplyCustomformat(xlSheet, "a1", "f1", 0);
@@ -537,8 +533,6 @@ void frmTank::lblPrint_Click() {
         xlSheet->Columns("b:b").SetColumnWidth(28);
         xlSheet->Columns("c:c").SetColumnWidth(16);
         xlSheet->Columns("d:f").SetColumnWidth(14);
-        REPORT_SaveReport(xlApp, "Vehicles", "Fuel Purchases");
-        REPORT_HideExcel(xlApp, false);
-        REPORT_Workbook_Terminate();
+        fuelforms::SaveFuelWorkbook("Fuel Purchases");
     });
 }

@@ -3,6 +3,7 @@
 
 #include "TankTestStore.h"
 #include "frmTank.h"
+#include "frmTankPurchase.h"
 #include "frmTankStock.h"
 
 #include <QComboBox>
@@ -35,10 +36,21 @@ TEST_F(TankScreenshots, DISABLED_TankAndStockTake) {
         QTest::qWait(50);
         ASSERT_TRUE(tanks.grab().save(dir + "/tank.png"));
     }
+    {
+        m_session.CurrentTankID = north;
+        m_session.CurrentPurchaseID = 2;
+        frmTankPurchase purchase;
+        purchase.LoadDetail();
+        purchase.show();
+        QTest::qWait(50);
+        ASSERT_TRUE(purchase.grab().save(dir + "/tankpurchase.png"));
+    }
     exec("insert into TankStock (TankID, Tank, Datum, LitersInTank, LiterLesing, Verlore, Rvalue, Rede) values "
          "(1, 'NORTH DIESEL', '2024/03/31', '17420.00', '17500', '-80.00', '-1681.60', 'Leak at the outlet valve')");
     frmTankStock stock;
     stock.show();
+    stock.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&stock));
     stock.Label4_Click();
     stock.cmbTank->setCurrentIndex(0);
     emit stock.cmbTank->activated(0);
