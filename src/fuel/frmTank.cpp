@@ -529,10 +529,12 @@ void frmTank::lblPrint_Click() {
                 XlRange cell = xlSheet->Cells(row, col);
                 cell.SetValue(cell.GetValue());
             }
-        xlSheet->Columns("a:a").SetColumnWidth(12);
-        xlSheet->Columns("b:b").SetColumnWidth(28);
-        xlSheet->Columns("c:c").SetColumnWidth(16);
-        xlSheet->Columns("d:f").SetColumnWidth(14);
+        xlSheet->Columns("a:a").SetColumnWidth(11);
+        xlSheet->Columns("b:b").SetColumnWidth(24);
+        xlSheet->Columns("c:c").SetColumnWidth(14);
+        xlSheet->Columns("d:f").SetColumnWidth(12);
+        // Landscape keeps the six columns on one page across.
+        xlSheet->SetOrientation(xl::Landscape);
         fuelforms::SaveFuelWorkbook("Fuel Purchases");
     });
 }

@@ -395,14 +395,18 @@ void frmTankStock::lblPrint_Click() {
                      c >= 2 && c <= 5 ? xl::Right : xl::Left, xl::Center, 2, 0, Value(30));
         }
         REPORT_ToExcel_ApplyCustomformat(xlSheet, "a2", "g2", 1);
-        if (!rs->Eof())
-            xlSheet->Range("a3").CopyFromRecordset(*rs);
+        const int rows = rs->Eof() ? 0 : xlSheet->Range("a3").CopyFromRecordset(*rs);
+        // The store keeps the litres and rands as text, and they are pasted as such: aligned as figures.
+        if (rows > 0)
+            xlSheet->Range("c3", "f" + QString::number(rows + 2)).SetHorizontalAlignment(xl::Right);
         xlSheet->Columns("d:f").SetNumberFormat("### ### ##0.00");
-        xlSheet->Columns("a:a").SetColumnWidth(12);
-        xlSheet->Columns("b:b").SetColumnWidth(20);
-        xlSheet->Columns("c:f").SetColumnWidth(13);
-        xlSheet->Columns("g:g").SetColumnWidth(30);
-        REPORT_PageSetup(xlSheet, "$1:$2", "", "Date &D Time &T", "Page #&P Of &N Pages", 1, "");
+        xlSheet->Columns("a:a").SetColumnWidth(10);
+        xlSheet->Columns("b:b").SetColumnWidth(14);
+        xlSheet->Columns("c:f").SetColumnWidth(11);
+        xlSheet->Columns("g:g").SetColumnWidth(22);
+        xlSheet->Columns("g:g").SetWrapText(true);
+        // Seven columns with the note: landscape keeps them on one page.
+        REPORT_PageSetup(xlSheet, "$1:$2", "", "Date &D Time &T", "Page #&P Of &N Pages", xl::Landscape, "");
         fuelforms::SaveFuelWorkbook("Fuel Stock");
     });
 }

@@ -6,8 +6,11 @@
 #include "frmTankPurchase.h"
 #include "frmTankStock.h"
 
+#include "WorkbookReader.h"
+
 #include <QComboBox>
 #include <QDateEdit>
+#include <QFile>
 #include <QListWidget>
 #include <QPushButton>
 
@@ -59,6 +62,17 @@ TEST_F(TankScreenshots, DISABLED_TankAndStockTake) {
     typeInto(stock.txtReason, "Measured with the dip stick");
     QTest::qWait(50);
     ASSERT_TRUE(stock.grab().save(dir + "/tankstock.png"));
+    // The workbooks of both screens, copied beside the pictures for a look in a spreadsheet program.
+    stock.lblcmd_Click(1);
+    stock.lblPrint_Click();
+    const QString listBook = WorkbookReader::newestIn(m_home.path() + "/Reports/Vehicles");
+    ASSERT_TRUE(QFile::copy(listBook, dir + "/fuel-stock.xlsx"));
+    QTest::qWait(1100); // the file name carries the second of saving
+    frmTank tanks;
+    tanks.list1->setCurrentRow(0);
+    tanks.lblPrint_Click();
+    ASSERT_TRUE(
+        QFile::copy(WorkbookReader::newestIn(m_home.path() + "/Reports/Vehicles"), dir + "/fuel-purchases.xlsx"));
 }
 
 } // namespace
