@@ -5,6 +5,8 @@
 #include "Vb.h"
 
 #include <QDate>
+#include <QLineEdit>
+#include <QRegularExpression>
 
 namespace fuelforms {
 
@@ -26,6 +28,14 @@ int CellKey(const FlexGrid& grid, int row, int col) {
     if (key < 1 || key > 2147483647.0)
         return 0;
     return static_cast<int>(key);
+}
+
+void EmptyWhenNoFigure(QLineEdit* field) {
+    QObject::connect(field, &QLineEdit::textChanged, field, [field](const QString& text) {
+        static const QRegularExpression figure(R"(^-?[0-9 ]*\.?[0-9]*$)");
+        if (!figure.match(text).hasMatch())
+            field->clear();
+    });
 }
 
 void OpenFuelWorkbook(const QString& sheetName) {

@@ -169,6 +169,8 @@ void frmTank::buildScreen() {
 
     AttachDigitsFilter(txtPumpReading, false);
     AttachNumericFilter(txtCapacity, true);
+    fuelforms::EmptyWhenNoFigure(txtCapacity);
+    fuelforms::EmptyWhenNoFigure(txtPumpReading);
     for (auto [field, caption] : {std::pair{txtTank, lblTank}, std::pair{txtCapacity, lblCapacity},
                                   std::pair{txtPumpReading, lblPumpReading}}) {
         AttachFocusColour(field, caption);

@@ -153,6 +153,7 @@ frmTankStock::frmTankStock(QWidget* parent) : QDialog(parent) {
         setTabOrder(order[i - 1], order[i]);
 
     AttachNumericFilter(txtLitIn, true);
+    fuelforms::EmptyWhenNoFigure(txtLitIn);
     AttachSelectOnFocus(txtLitIn);
     AttachFocusColour(txtLitIn, lblLitIn);
     AttachFocusColour(txtReason, lblReason);
