@@ -1,9 +1,12 @@
 #include "FuelForms.h"
 
 #include "FlexGrid.h"
+#include "ReportEngine.h"
 #include "Vb.h"
 
 #include <QDate>
+#include <QLineEdit>
+#include <QRegularExpression>
 
 namespace fuelforms {
 
@@ -25,6 +28,28 @@ int CellKey(const FlexGrid& grid, int row, int col) {
     if (key < 1 || key > 2147483647.0)
         return 0;
     return static_cast<int>(key);
+}
+
+void EmptyWhenNoFigure(QLineEdit* field) {
+    QObject::connect(field, &QLineEdit::textChanged, field, [field](const QString& text) {
+        static const QRegularExpression figure(R"(^-?[0-9 ]*\.?[0-9]*$)");
+        if (!figure.match(text).hasMatch())
+            field->clear();
+    });
+}
+
+void OpenFuelWorkbook(const QString& sheetName) {
+    REPORT_Workbook_Initialise(true);
+    REPORT_SetSheetIndex(1);
+    xlSheet = xlBook->Worksheets(1);
+    QString name = sheetName;
+    xlSheet->SetName(REPORT_SafeSheetName(xlBook, name));
+}
+
+void SaveFuelWorkbook(const QString& reportName) {
+    REPORT_SaveReport(xlApp, "Vehicles", reportName);
+    REPORT_HideExcel(xlApp, false);
+    REPORT_Workbook_Terminate();
 }
 
 } // namespace fuelforms

@@ -169,6 +169,8 @@ void frmTank::buildScreen() {
 
     AttachDigitsFilter(txtPumpReading, false);
     AttachNumericFilter(txtCapacity, true);
+    fuelforms::EmptyWhenNoFigure(txtCapacity);
+    fuelforms::EmptyWhenNoFigure(txtPumpReading);
     for (auto [field, caption] : {std::pair{txtTank, lblTank}, std::pair{txtCapacity, lblCapacity},
                                   std::pair{txtPumpReading, lblPumpReading}}) {
         AttachFocusColour(field, caption);
@@ -508,11 +510,7 @@ void frmTank::lblPrint_Click() {
     const QString tankName = list1->currentItem() ? list1->currentItem()->text() : QString();
     Hourglass hourglass;
     Untrapped([&] {
-        REPORT_Workbook_Initialise(true);
-        REPORT_SetSheetIndex(1);
-        xlSheet = xlBook->Worksheets(1);
-        QString sheetName = "Fuel Purchases";
-        xlSheet->SetName(REPORT_SafeSheetName(xlBook, sheetName));
+        fuelforms::OpenFuelWorkbook("Fuel Purchases");
         REPxlFmt(xlSheet, "a1", "f1", Value("Fuel Purchases In Selected Category " + tankName), 2, 12, true, false,
                  false, true, false, "", 1, xl::Center, xl::Center, 2, 0, Value(20));
         REPORT_ToExcel_ApplyCustomformat(xlSheet, "a1", "f1", 0);
@@ -533,12 +531,12 @@ void frmTank::lblPrint_Click() {
                 XlRange cell = xlSheet->Cells(row, col);
                 cell.SetValue(cell.GetValue());
             }
-        xlSheet->Columns("a:a").SetColumnWidth(12);
-        xlSheet->Columns("b:b").SetColumnWidth(28);
-        xlSheet->Columns("c:c").SetColumnWidth(16);
-        xlSheet->Columns("d:f").SetColumnWidth(14);
-        REPORT_SaveReport(xlApp, "Vehicles", "Fuel Purchases");
-        REPORT_HideExcel(xlApp, false);
-        REPORT_Workbook_Terminate();
+        xlSheet->Columns("a:a").SetColumnWidth(11);
+        xlSheet->Columns("b:b").SetColumnWidth(24);
+        xlSheet->Columns("c:c").SetColumnWidth(14);
+        xlSheet->Columns("d:f").SetColumnWidth(12);
+        // Landscape keeps the six columns on one page across.
+        xlSheet->SetOrientation(xl::Landscape);
+        fuelforms::SaveFuelWorkbook("Fuel Purchases");
     });
 }

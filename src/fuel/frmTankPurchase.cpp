@@ -141,8 +141,10 @@ frmTankPurchase::frmTankPurchase(QWidget* parent) : QDialog(parent) {
         AttachSelectOnFocus(field);
     }
     AttachEnterAsTab(cmbsupplier);
-    for (QLineEdit* field : {txtCost, txtLiter, txtCostLitre})
+    for (QLineEdit* field : {txtCost, txtLiter, txtCostLitre}) {
         AttachDigitsFilter(field, true);
+        fuelforms::EmptyWhenNoFigure(field);
+    }
     // The date takes digits and "/" only: anything else empties it, and the save then asks for it.
     connect(txtDyy, &QLineEdit::textEdited, this, [this](const QString& text) {
         static const QRegularExpression allowed("^[0-9/]*$");

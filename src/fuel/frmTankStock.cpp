@@ -118,7 +118,7 @@ frmTankStock::frmTankStock(QWidget* parent) : QDialog(parent) {
     form->addWidget(lblLostR, 3, 0);
     form->addWidget(txtLostR, 3, 1);
     form->addWidget(lblReason, 4, 0);
-    form->addWidget(txtReason, 4, 1, 1, 3);
+    form->addWidget(txtReason, 4, 1, 1, 4);
     const char* const captions[] = {"&Save && Close", " &Cancel"};
     auto* editButtons = new QHBoxLayout;
     cmdPrint = new QPushButton(" P&rint", fraEdit);
@@ -135,8 +135,10 @@ frmTankStock::frmTankStock(QWidget* parent) : QDialog(parent) {
         connect(button, &QPushButton::clicked, this, [this, i] { lblcmd_Click(i); });
         editButtons->addWidget(button);
     }
-    form->addLayout(editButtons, 5, 0, 1, 4);
-    form->setColumnStretch(3, 1);
+    form->addLayout(editButtons, 5, 0, 1, 5);
+    form->setColumnStretch(4, 1);
+    form->setHorizontalSpacing(12);
+    dtpDate->setMaximumWidth(140);
     fraEdit->hide();
 
     auto* layout = new QVBoxLayout(this);
@@ -151,6 +153,7 @@ frmTankStock::frmTankStock(QWidget* parent) : QDialog(parent) {
         setTabOrder(order[i - 1], order[i]);
 
     AttachNumericFilter(txtLitIn, true);
+    fuelforms::EmptyWhenNoFigure(txtLitIn);
     AttachSelectOnFocus(txtLitIn);
     AttachFocusColour(txtLitIn, lblLitIn);
     AttachFocusColour(txtReason, lblReason);
@@ -234,7 +237,7 @@ void frmTankStock::FillStockList() {
     flg->SetColWidth(1, 1200);
     flg->SetColWidth(2, 1800);
     for (int c = 3; c <= 6; ++c) {
-        flg->SetColWidth(c, 1500);
+        flg->SetColWidth(c, c == 6 ? 1900 : 1500);
         flg->SetColAlignment(c, flexAlignRightCenter);
     }
     flg->SetColWidth(7, 2500);
@@ -381,11 +384,7 @@ void frmTankStock::lblPrint_Click() {
     tanks.remove("---");
     Hourglass hourglass;
     Untrapped([&] {
-        REPORT_Workbook_Initialise(true);
-        REPORT_SetSheetIndex(1);
-        xlSheet = xlBook->Worksheets(1);
-        QString sheetName = "Fuel Stock";
-        xlSheet->SetName(REPORT_SafeSheetName(xlBook, sheetName));
+        fuelforms::OpenFuelWorkbook("Fuel Stock");
         REPxlFmt(xlSheet, "a1", "g1", Value("Fuel Stock For Selected Tank(s) '" + tanks + "'"), 2, 12, true, false,
                  false, true, false, "", 1, xl::Center, xl::Center, 2, 0, Value(20));
         REPORT_ToExcel_ApplyCustomformat(xlSheet, "a1", "g1", 0);
@@ -397,17 +396,19 @@ void frmTankStock::lblPrint_Click() {
                      c >= 2 && c <= 5 ? xl::Right : xl::Left, xl::Center, 2, 0, Value(30));
         }
         REPORT_ToExcel_ApplyCustomformat(xlSheet, "a2", "g2", 1);
-        if (!rs->Eof())
-            xlSheet->Range("a3").CopyFromRecordset(*rs);
+        const int rows = rs->Eof() ? 0 : xlSheet->Range("a3").CopyFromRecordset(*rs);
+        // The store keeps the litres and rands as text, and they are pasted as such: aligned as figures.
+        if (rows > 0)
+            xlSheet->Range("c3", "f" + QString::number(rows + 2)).SetHorizontalAlignment(xl::Right);
         xlSheet->Columns("d:f").SetNumberFormat("### ### ##0.00");
-        xlSheet->Columns("a:a").SetColumnWidth(12);
-        xlSheet->Columns("b:b").SetColumnWidth(20);
-        xlSheet->Columns("c:f").SetColumnWidth(13);
-        xlSheet->Columns("g:g").SetColumnWidth(30);
-        REPORT_PageSetup(xlSheet, "$1:$2", "", "Date &D Time &T", "Page #&P Of &N Pages", 1, "");
-        REPORT_SaveReport(xlApp, "Vehicles", "Fuel Stock");
-        REPORT_HideExcel(xlApp, false);
-        REPORT_Workbook_Terminate();
+        xlSheet->Columns("a:a").SetColumnWidth(10);
+        xlSheet->Columns("b:b").SetColumnWidth(14);
+        xlSheet->Columns("c:f").SetColumnWidth(11);
+        xlSheet->Columns("g:g").SetColumnWidth(22);
+        xlSheet->Columns("g:g").SetWrapText(true);
+        // Seven columns with the note: landscape keeps them on one page.
+        REPORT_PageSetup(xlSheet, "$1:$2", "", "Date &D Time &T", "Page #&P Of &N Pages", xl::Landscape, "");
+        fuelforms::SaveFuelWorkbook("Fuel Stock");
     });
 }
 
@@ -416,11 +417,7 @@ void frmTankStock::cmdPrint_Click() {
         return;
     Hourglass hourglass;
     Untrapped([&] {
-        REPORT_Workbook_Initialise(true);
-        REPORT_SetSheetIndex(1);
-        xlSheet = xlBook->Worksheets(1);
-        QString sheetName = "Fuel Stock";
-        xlSheet->SetName(REPORT_SafeSheetName(xlBook, sheetName));
+        fuelforms::OpenFuelWorkbook("Fuel Stock");
         REPxlFmt(xlSheet, "a1", "b1", Value("Stock Take"), 2, 14, true, false, false, true, false, "", 1, xl::Center,
                  xl::Center, 2, 0, Value(22));
         REPORT_ToExcel_ApplyCustomformat(xlSheet, "a1", "b1", 0);
@@ -448,8 +445,6 @@ void frmTankStock::cmdPrint_Click() {
         }
         xlSheet->Columns("a:a").SetColumnWidth(20);
         xlSheet->Columns("b:b").SetColumnWidth(36);
-        REPORT_SaveReport(xlApp, "Vehicles", "Fuel Stock");
-        REPORT_HideExcel(xlApp, false);
-        REPORT_Workbook_Terminate();
+        fuelforms::SaveFuelWorkbook("Fuel Stock");
     });
 }

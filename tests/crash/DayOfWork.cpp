@@ -1,7 +1,7 @@
 // A scripted day of work through the real save routines, offscreen: owner details, categories, vehicles, the
-// rebate rates, the closing date, edits and Recalc. Each write that becomes durable is reported on standard
-// output ("w" and a line break) as soon as it is, so that a test can kill the program at any moment and know
-// what it had stored.
+// rebate rates, the closing date, edits, a tank with a purchase and a stock take, and Recalc. Each write that becomes
+// durable is reported on standard output ("w" and a line break) as soon as it is, so that a test can kill the program
+// at any moment and know what it had stored.
 //
 //   day_of_work HOME             the day, reporting each durable write
 //   day_of_work HOME --record F  the same, writing the store's dump hash to F before the first write and after
@@ -17,11 +17,16 @@
 #include "Session.h"
 #include "StoreStartup.h"
 #include "frmRebate.h"
+#include "frmTank.h"
+#include "frmTankPurchase.h"
+#include "frmTankStock.h"
 #include "frmVoerDet.h"
 #include "frmVoerk.h"
 #include "frmowner.h"
 
 #include <QApplication>
+#include <QComboBox>
+#include <QDateEdit>
 #include <QFile>
 #include <QLineEdit>
 #include <QListWidget>
@@ -73,6 +78,39 @@ void EditVehicle(int id, int category, const QString& km) {
     detail.show();
     Type(detail.txtKilo, km);
     QTest::mouseClick(detail.lblcmd[0], Qt::LeftButton);
+}
+
+// A tank, a purchase into it and a stock take of it, each saved as the user saves it.
+void KeepTank() {
+    Session& s = CurrentSession();
+    {
+        frmTank tanks;
+        tanks.show();
+        QTest::mouseClick(tanks.Label4[0], Qt::LeftButton);
+        Type(tanks.txtTank, "north diesel");
+        Type(tanks.txtCapacity, "20000");
+        QTest::mouseClick(tanks.Label4[3], Qt::LeftButton);
+    }
+    s.CurrentTankID = 1;
+    s.CurrentPurchaseID = 0;
+    {
+        frmTankPurchase purchase;
+        purchase.show();
+        Type(purchase.txtDyy, "2024/03/05");
+        Type(purchase.txtLiter, "5000");
+        Type(purchase.txtCost, "105000");
+        Type(purchase.txtCostLitre, "21");
+        QTest::mouseClick(purchase.lblcmd[0], Qt::LeftButton);
+    }
+    frmTankStock stock;
+    stock.show();
+    QTest::mouseClick(stock.Label4, Qt::LeftButton);
+    stock.cmbTank->setCurrentIndex(0);
+    emit stock.cmbTank->activated(0);
+    stock.dtpDate->setDate(QDate(2024, 3, 10));
+    Type(stock.txtLitIn, "4700");
+    Type(stock.txtReason, "Dip stick");
+    QTest::mouseClick(stock.lblcmd[0], Qt::LeftButton);
 }
 
 } // namespace
@@ -146,6 +184,7 @@ int main(int argc, char** argv) {
     for (int i = 1; i <= 6; ++i)
         EditVehicle(i, i % 3 == 0 ? tractors : bakkies, QString::number(1000 * i + 500));
     AddCategory("Trailers", false);
+    KeepTank();
     Recalc(*s.db, nullptr, false);
     s.db->OnDurableWrite(nullptr);
     return 0;

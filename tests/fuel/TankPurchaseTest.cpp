@@ -2,7 +2,9 @@
 // list, and the tank screen's delete of a purchase against the recalculation.
 
 #include "FlexGrid.h"
+#include "FuelScreens.h"
 #include "Recalc.h"
+#include "ScreenRegistry.h"
 #include "TankTestStore.h"
 #include "frmAdd.h"
 #include "frmTank.h"
@@ -13,6 +15,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QTimer>
 
 namespace {
 
@@ -321,6 +324,27 @@ TEST_F(TankScreenTest, SaveTankNamesInUpperCaseKeepsTheBalanceAndRefusesBlankNam
     EXPECT_EQ(scalar("select HuidigeVolume from Tanks"), "123.5");
     EXPECT_EQ(scalar("select CurRperL from Tanks"), "21.5");
     EXPECT_EQ(scalar("select PumpReading from Tanks"), "777"); // only digits reach the field
+}
+
+} // namespace
+
+namespace {
+
+TEST_F(TankScreenTest, TheTreeOpensTanksAsAWindowAndTheStockTakeModally) {
+    RegisterFuelScreens();
+    QWidget* tanks = ShowScreen("frmTank", false);
+    ASSERT_TRUE(qobject_cast<frmTank*>(tanks));
+    QString modalTitle;
+    QTimer::singleShot(0, [&] {
+        if (QWidget* modal = QApplication::activeModalWidget()) {
+            modalTitle = modal->windowTitle();
+            modal->close();
+        }
+    });
+    EXPECT_EQ(ShowScreen("frmTankStock", true), nullptr); // back once the modal screen has closed
+    EXPECT_EQ(modalTitle, "Orvel - Tank Stock");
+    tanks->close();
+    UnregisterAllScreens();
 }
 
 } // namespace

@@ -3,10 +3,14 @@
 
 #include "TankTestStore.h"
 #include "frmTank.h"
+#include "frmTankPurchase.h"
 #include "frmTankStock.h"
+
+#include "WorkbookReader.h"
 
 #include <QComboBox>
 #include <QDateEdit>
+#include <QFile>
 #include <QListWidget>
 #include <QPushButton>
 
@@ -35,10 +39,21 @@ TEST_F(TankScreenshots, DISABLED_TankAndStockTake) {
         QTest::qWait(50);
         ASSERT_TRUE(tanks.grab().save(dir + "/tank.png"));
     }
+    {
+        m_session.CurrentTankID = north;
+        m_session.CurrentPurchaseID = 2;
+        frmTankPurchase purchase;
+        purchase.LoadDetail();
+        purchase.show();
+        QTest::qWait(50);
+        ASSERT_TRUE(purchase.grab().save(dir + "/tankpurchase.png"));
+    }
     exec("insert into TankStock (TankID, Tank, Datum, LitersInTank, LiterLesing, Verlore, Rvalue, Rede) values "
          "(1, 'NORTH DIESEL', '2024/03/31', '17420.00', '17500', '-80.00', '-1681.60', 'Leak at the outlet valve')");
     frmTankStock stock;
     stock.show();
+    stock.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&stock));
     stock.Label4_Click();
     stock.cmbTank->setCurrentIndex(0);
     emit stock.cmbTank->activated(0);
@@ -47,6 +62,17 @@ TEST_F(TankScreenshots, DISABLED_TankAndStockTake) {
     typeInto(stock.txtReason, "Measured with the dip stick");
     QTest::qWait(50);
     ASSERT_TRUE(stock.grab().save(dir + "/tankstock.png"));
+    // The workbooks of both screens, copied beside the pictures for a look in a spreadsheet program.
+    stock.lblcmd_Click(1);
+    stock.lblPrint_Click();
+    const QString listBook = WorkbookReader::newestIn(m_home.path() + "/Reports/Vehicles");
+    ASSERT_TRUE(QFile::copy(listBook, dir + "/fuel-stock.xlsx"));
+    QTest::qWait(1100); // the file name carries the second of saving
+    frmTank tanks;
+    tanks.list1->setCurrentRow(0);
+    tanks.lblPrint_Click();
+    ASSERT_TRUE(
+        QFile::copy(WorkbookReader::newestIn(m_home.path() + "/Reports/Vehicles"), dir + "/fuel-purchases.xlsx"));
 }
 
 } // namespace

@@ -1,12 +1,14 @@
 // Tank stock takes: the figures on leaving the measured litres, the save's checks in order, the balance the
 // save leaves and what the recalculation makes of it, edit and delete, and the workbooks read back.
 
+#include "BadText.h"
 #include "FlexGrid.h"
 #include "Recalc.h"
 #include "ReportEngine.h"
 #include "TankTestStore.h"
 #include "WorkbookReader.h"
 #include "frmTank.h"
+#include "frmTankPurchase.h"
 #include "frmTankStock.h"
 
 #include <QComboBox>
@@ -202,6 +204,57 @@ TEST_F(StockTest, PurchasesWorkbookHoldsNumbersUnderItsHeadings) {
     EXPECT_DOUBLE_EQ(sheet->number("D3"), 1000);
     EXPECT_EQ(sheet->cell("D4")->style.numberFormat, "### ### ##0.00");
     EXPECT_EQ(sheet->lastRow(), 4);
+}
+
+} // namespace
+
+namespace {
+
+// Bad text in every field of a stock take and of a purchase: refused with the screen's message and nothing
+// written, or saved as the columns hold it; never the run-time error box.
+TEST_F(StockTest, BadTextInTheStockTakeIsRefusedOrStored) {
+    std::unique_ptr<frmTankStock> s;
+    BadTextScreen screen;
+    screen.open = [&] {
+        s = openStock();
+        capture(*s, "NORTH", QDate(2024, 3, 1), "950", "Leak");
+        return std::vector<std::pair<QString, QLineEdit*>>{{"Liters Measured", s->txtLitIn}, {"Reason", s->txtReason}};
+    };
+    screen.save = [&] {
+        leave(QApplication::focusWidget());
+        QTest::mouseClick(s->lblcmd[0], Qt::LeftButton);
+    };
+    screen.close = [&] { s.reset(); };
+    for (const BadTextOutcome& o : TypeBadTextIntoEveryField(*m_session.db, m_messages, screen)) {
+        if (o.field == "Liters Measured" && o.refused) {
+            EXPECT_EQ(o.message, "Liters required");
+        }
+    }
+}
+
+TEST_F(StockTest, BadTextInAPurchaseIsRefusedOrStored) {
+    std::unique_ptr<frmTankPurchase> p;
+    BadTextScreen screen;
+    screen.open = [&] {
+        m_session.CurrentTankID = m_north;
+        m_session.CurrentPurchaseID = 0;
+        p = std::make_unique<frmTankPurchase>();
+        p->show();
+        p->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(p.get()));
+        p->txtDyy->setText("2024/03/01");
+        p->txtLiter->setText("100");
+        p->txtCost->setText("2000");
+        p->txtCostLitre->setText("20");
+        return std::vector<std::pair<QString, QLineEdit*>>{{"Date", p->txtDyy},
+                                                           {"Invoice", p->txtinvoiceref},
+                                                           {"Litres", p->txtLiter},
+                                                           {"Cost", p->txtCost},
+                                                           {"Cost per litre", p->txtCostLitre}};
+    };
+    screen.save = [&] { QTest::mouseClick(p->lblcmd[0], Qt::LeftButton); };
+    screen.close = [&] { p.reset(); };
+    TypeBadTextIntoEveryField(*m_session.db, m_messages, screen);
 }
 
 } // namespace
