@@ -3,7 +3,9 @@
 
 #include "frmFuel.h"
 #include "FlexGrid.h"
+#include "FuelScreens.h"
 #include "FuelTestStore.h"
+#include "ScreenRegistry.h"
 #include "Vb.h"
 #include "WorkbookReader.h"
 
@@ -459,4 +461,28 @@ TEST_F(FuelScreenTest, TheLedgerShowsOnF1AndLeavesOnEscape) {
     QTest::keyClick(f->flxDelete, Qt::Key_Escape);
     EXPECT_TRUE(f->Flx4->isVisible());
     EXPECT_FALSE(f->flxDelete->isVisible());
+}
+
+TEST_F(FuelScreenTest, TheTreeOpensTheScreenByItsName) {
+    UnregisterAllScreens();
+    RegisterFuelScreens();
+    EXPECT_TRUE(IsScreenRegistered("frmFuel"));
+    UnregisterAllScreens();
+}
+
+TEST_F(FuelScreenTest, AnHoursVehicleIsRefusedInHoursAndAnUnreadableDateEndsTheRun) {
+    auto f = open();
+    capture(*f, "Massey (MF 1)", "540", "500", "Tractors");
+    save(*f);
+    ASSERT_EQ(m_messages.shown.size(), 1);
+    EXPECT_EQ(m_messages.shown[0].text, "Hour Reading must be more than the previous reading");
+    m_messages.clear();
+    f->txtKm->setText("520");
+    f->txtDyy->setText("2024/13/45");
+    save(*f);
+    ASSERT_EQ(m_messages.shown.size(), 1);
+    EXPECT_EQ(m_messages.shown[0].icon, MsgIcon::Critical);
+    EXPECT_EQ(m_messages.shown[0].title, "Orvel");
+    EXPECT_TRUE(m_messages.shown[0].text.startsWith("Run-time error '13'"));
+    EXPECT_EQ(scalar("select count(*) from VecFuel"), "0");
 }
