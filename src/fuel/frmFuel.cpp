@@ -617,7 +617,6 @@ void frmFuel::SaveFuel() {
         return;
     }
     if (Combo7->currentText().isEmpty() || Combo2->currentText().isEmpty() || Combo3->currentText().isEmpty()) {
-        SaveFailed = 1;
         refuse("Some fields are empty, fill all the fields before you save!", MsgIcon::Exclamation, "Fuel", Combo7);
         return;
     }

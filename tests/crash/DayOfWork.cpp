@@ -1,7 +1,7 @@
 // A scripted day of work through the real save routines, offscreen: owner details, categories, vehicles, the
-// rebate rates, the closing date, edits, a tank with a purchase and a stock take, and Recalc. Each write that becomes
-// durable is reported on standard output ("w" and a line break) as soon as it is, so that a test can kill the program
-// at any moment and know what it had stored.
+// rebate rates, the closing date, a tank with a purchase and a stock take, fuel issues, edits and Recalc. Each write
+// that becomes durable is reported on standard output ("w" and a line break) as soon as it is, so that a test can kill
+// the program at any moment and know what it had stored.
 //
 //   day_of_work HOME             the day, reporting each durable write
 //   day_of_work HOME --record F  the same, writing the store's dump hash to F before the first write and after
@@ -16,6 +16,7 @@
 #include "ScriptedMessageService.h"
 #include "Session.h"
 #include "StoreStartup.h"
+#include "frmFuel.h"
 #include "frmRebate.h"
 #include "frmTank.h"
 #include "frmTankPurchase.h"
@@ -174,6 +175,28 @@ int main(int argc, char** argv) {
     }
     s.ClosedDate = QDateTime(QDate(2024, 2, 29), QTime(0, 0));
     SaveClosedDate(s);
+    // A tank with a purchase, then two issues through the fuel screen (each save recalculates twice).
+    s.db->Execute("insert into tanks (TankNaam, HuidigeVolume, CurRperL, Datum, PumpReading) "
+                  "values ('Main', 0, 21.5, '2024/03/01', 100)");
+    s.db->Execute("insert into FuelPurchase (TankID, Datum, Liter, Cost, CostPerLiter) "
+                  "values (1, '2024/03/01', '2000', '43000', '21.50')");
+    {
+        frmFuel fuel;
+        fuel.show();
+        fuel.activateWindow(); // leaving the pump reading works out the litres: focus must move
+        if (!QTest::qWaitForWindowActive(&fuel))
+            return 1;
+        for (int i = 0; i < 2; ++i) {
+            fuel.Combo2->setCurrentIndex(fuel.Combo2->findText("Bakkies"));
+            fuel.Combo3->setCurrentIndex(i);
+            fuel.Combo7->setCurrentIndex(0);
+            Type(fuel.txtDyy, QString("2024/03/1%1").arg(i));
+            Type(fuel.txtPumpCurr, QString::number(140 + 40 * i));
+            QTest::keyClick(fuel.txtPumpCurr, Qt::Key_Tab);
+            Type(fuel.txtKm, QString::number(1000 * (i + 1) + 120));
+            QTest::mouseClick(fuel.lblcmd[0], Qt::LeftButton);
+        }
+    }
     for (int i = 1; i <= 6; ++i) {
         s.db->Execute(QString("insert into VecFuel (VoertuigID, TankID, Datum, KmRead, PreviousKmRead, Litres) "
                               "values (%1, 1, '2024/03/0%1', %2, 0, 40)")

@@ -3,7 +3,9 @@
 
 #include "frmFuel.h"
 #include "FlexGrid.h"
+#include "FuelScreens.h"
 #include "FuelTestStore.h"
+#include "ScreenRegistry.h"
 #include "Vb.h"
 #include "WorkbookReader.h"
 
@@ -179,8 +181,10 @@ TEST_F(FuelScreenTest, SaveRefusesOneBrokenConditionAtATimeAndWritesNothing) {
          "The date entered is already closed. Please change the date.", MsgIcon::Critical, "Closed date",
          [](frmFuel& f) { return f.txtDyy; }},
     };
+    int step = 0;
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
+        const bool marksFailure = step++ < 6; // the checks up to the reading mark the refusal
         auto f = open();
         capture(*f, "Toyota (CA 1)", "540", "1400");
         c.breakIt(*f);
@@ -195,6 +199,7 @@ TEST_F(FuelScreenTest, SaveRefusesOneBrokenConditionAtATimeAndWritesNothing) {
         EXPECT_EQ(scalar("select count(*) from VecFuel"), "0");
         EXPECT_EQ(vb::Val(tank("pumpreading")), 500.0);
         EXPECT_EQ(f->txtTransID->text(), "0");
+        EXPECT_EQ(f->SaveFailed, marksFailure ? 1 : 0);
     }
 }
 
@@ -456,4 +461,28 @@ TEST_F(FuelScreenTest, TheLedgerShowsOnF1AndLeavesOnEscape) {
     QTest::keyClick(f->flxDelete, Qt::Key_Escape);
     EXPECT_TRUE(f->Flx4->isVisible());
     EXPECT_FALSE(f->flxDelete->isVisible());
+}
+
+TEST_F(FuelScreenTest, TheTreeOpensTheScreenByItsName) {
+    UnregisterAllScreens();
+    RegisterFuelScreens();
+    EXPECT_TRUE(IsScreenRegistered("frmFuel"));
+    UnregisterAllScreens();
+}
+
+TEST_F(FuelScreenTest, AnHoursVehicleIsRefusedInHoursAndAnUnreadableDateEndsTheRun) {
+    auto f = open();
+    capture(*f, "Massey (MF 1)", "540", "500", "Tractors");
+    save(*f);
+    ASSERT_EQ(m_messages.shown.size(), 1);
+    EXPECT_EQ(m_messages.shown[0].text, "Hour Reading must be more than the previous reading");
+    m_messages.clear();
+    f->txtKm->setText("520");
+    f->txtDyy->setText("2024/13/45");
+    save(*f);
+    ASSERT_EQ(m_messages.shown.size(), 1);
+    EXPECT_EQ(m_messages.shown[0].icon, MsgIcon::Critical);
+    EXPECT_EQ(m_messages.shown[0].title, "Orvel");
+    EXPECT_TRUE(m_messages.shown[0].text.startsWith("Run-time error '13'"));
+    EXPECT_EQ(scalar("select count(*) from VecFuel"), "0");
 }
