@@ -170,7 +170,7 @@ void frmVoerDiens::buildScreen() {
     // The form part.
     fraForm = new QGroupBox("Service Detail", this);
     fraForm->setObjectName("fraForm");
-    fraForm->setFixedWidth(430);
+    fraForm->setFixedWidth(400);
     auto* form = new QGridLayout(fraForm);
     txtDyy = new QLineEdit(fraForm);
     txtDyy->setObjectName("txtDyy");
@@ -212,6 +212,8 @@ void frmVoerDiens::buildScreen() {
         stack->setContentsMargins(0, 0, 0, 0);
         stack->addWidget(field);
         stack->addWidget(combo);
+        holder->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+        holder->setFixedHeight(field->sizeHint().height());
         return holder;
     };
     int row = 0;
