@@ -2,12 +2,14 @@
 //     services_tests --gtest_also_run_disabled_tests --gtest_filter='*Screenshots*'
 // with ORVEL_SCREENSHOTS set to the folder to write into.
 #include "ServiceDemo.h"
+#include "ServiceReports.h"
 #include "ServiceTestStore.h"
 #include "frmServAdd.h"
 #include "frmVoerDiens.h"
 #include "frmVoerDiens_Extra.h"
 
 #include <QDir>
+#include <QFile>
 #include <QGroupBox>
 
 TEST_F(ServiceStoreTest, DISABLED_Screenshots) {
@@ -23,6 +25,9 @@ TEST_F(ServiceStoreTest, DISABLED_Screenshots) {
         click(s->lblcmd[1]);
         QCoreApplication::processEvents();
         EXPECT_TRUE(s->grab().save(folder + "/service-capture.png"));
+        click(s->lblcmd[4]);
+        click(s->lblcmd[8]);
+        QFile::copy(newestWorkbook("Services Allocate"), folder + "/job-card.xlsx");
     }
     {
         auto s = open<frmVoerDiens>();
@@ -33,6 +38,10 @@ TEST_F(ServiceStoreTest, DISABLED_Screenshots) {
         click(s->lblcmd[5]);
         QCoreApplication::processEvents();
         EXPECT_TRUE(s->grab().save(folder + "/service-history.png"));
+        ServiceHistory_PrintVehicle(m_toyota);
+        QFile::copy(newestWorkbook("Reports"), folder + "/history.xlsx");
+        click(s->lblcmd[9]);
+        QFile::copy(newestWorkbook("Services"), folder + "/transaction.xlsx");
         m_session.ServiceMode = 0;
         frmVoerDiens_Extra e;
         e.resize(900, 520);
