@@ -79,6 +79,7 @@ frmVoerDiens::frmVoerDiens(QWidget* parent) : QDialog(parent) {
     Grid1->hide();
     Grid1->SetColWidth(0, 0);
     Grid1->SetRows(1);
+    SetServiceMode(true); // the open list is the one shown
     m_Grid = flx2;
     ClearServiceForm();
     FillCategoryCombo(Combo2);
