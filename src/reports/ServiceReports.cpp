@@ -140,7 +140,9 @@ QString ServiceHistory_Print(const QList<ServicePass>& passes, const QString& fr
             }
             const int rows = xlSheet->Range("a3").CopyFromRecordset(*rs);
             const int last = rows + 2;
-            // The reference and the note under their headings, one column further.
+            // The reference and the note under their headings, one column further, kept as text.
+            if (rows > 0)
+                xlSheet->Range("k3", "l" + QString::number(last)).SetNumberFormat("@");
             for (int row = 3; row <= last; ++row) {
                 for (int col = 11; col >= 10; --col) {
                     const XlRange source = xlSheet->Cells(row, col);

@@ -173,6 +173,7 @@ int FillCostTotals(FlexGrid& grid, bool serviceMode, int linkId) {
         grid.AddItem(parts.value(0) + "\t" + parts.value(1));
     }
     grid.SetColWidth(0, 1500);
+    grid.SetColWidth(1, 1400);
     grid.SetColAlignment(1, flexAlignRightCenter);
     grid.setVisible(true);
     return static_cast<int>(kept.size());

@@ -79,6 +79,7 @@ frmVoerDiens::frmVoerDiens(QWidget* parent) : QDialog(parent) {
     Grid1->hide();
     Grid1->SetColWidth(0, 0);
     Grid1->SetRows(1);
+    SetServiceMode(true); // the open list is the one shown
     m_Grid = flx2;
     ClearServiceForm();
     FillCategoryCombo(Combo2);
@@ -170,7 +171,7 @@ void frmVoerDiens::buildScreen() {
     // The form part.
     fraForm = new QGroupBox("Service Detail", this);
     fraForm->setObjectName("fraForm");
-    fraForm->setFixedWidth(430);
+    fraForm->setFixedWidth(400);
     auto* form = new QGridLayout(fraForm);
     txtDyy = new QLineEdit(fraForm);
     txtDyy->setObjectName("txtDyy");
@@ -212,6 +213,8 @@ void frmVoerDiens::buildScreen() {
         stack->setContentsMargins(0, 0, 0, 0);
         stack->addWidget(field);
         stack->addWidget(combo);
+        holder->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+        holder->setFixedHeight(field->sizeHint().height());
         return holder;
     };
     int row = 0;

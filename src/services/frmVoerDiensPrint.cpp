@@ -57,8 +57,9 @@ void frmVoerDiens::PrintServiceDetail() {
         ServiceDetail_Sheet();
         CostBreakdown_Sheet();
         xlSheet->Columns("a:c").SetColumnWidth(15);
-        REPORT_ToExcel_FormatOne(xlSheet, "a2", "c" + QString::number(std::max(2, xlRow - 1)), 13, Value(), 2, 9, false,
-                                 false, false, false, false, "", 1, xl::Left, xl::Center, 2, 0, Value(15));
+        // The rows under the title at a height of 13 points (the one property that selector 7 sets).
+        REPORT_ToExcel_FormatOne(xlSheet, "a2", "c" + QString::number(std::max(2, xlRow - 1)), 7, Value(), 2, 9, false,
+                                 false, false, false, false, "", 1, xl::Left, xl::Center, 2, 0, Value(13));
         REPORT_SaveReport(xlApp, "Services", "Service Transaction");
         REPORT_HideExcel(xlApp, false);
     } catch (const NumberedError& e) {
@@ -94,8 +95,9 @@ void frmVoerDiens::ServiceDetail_Sheet() {
         const QString r = QString::number(xlRow);
         REPxlFmt(xlSheet, "a" + r, "a" + r, Value(line.label), 2, 9, true, false, false, false, false, "",
                  xl::Continuous, xl::Left, xl::Center, xl::Thin, 0, Value(15));
-        REPxlFmt(xlSheet, "b" + r, "c" + r, Value(vb::Trim(line.value)), 2, 9, false, false, false, true, true,
-                 line.format, xl::Continuous, xl::Left, xl::Center, xl::Thin, 0, Value(15));
+        const QString format = line.format;
+        REPxlFmt(xlSheet, "b" + r, "c" + r, Value(vb::Trim(line.value)), 2, 9, false, false, false, true,
+                 format.isEmpty(), format, xl::Continuous, xl::Left, xl::Center, xl::Thin, 0, Value(15));
         ++xlRow;
     }
     ++xlRow;

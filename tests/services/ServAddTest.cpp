@@ -166,8 +166,8 @@ TEST_F(ServAddTest, EditLoadsTheRowAndKeepsItsReference) {
     EXPECT_EQ(s->flx1->TextMatrix(1, 5), "Ford Ranger Ca 777");
     EXPECT_EQ(s->flx1->TextMatrix(1, 7), " 1 200.50");
     EXPECT_EQ(s->flx1->TextMatrix(1, 11), QString::number(m_ford)); // the ids in the cells' order
-    QTest::mouseDClick(s->flx1->viewport(), Qt::LeftButton, {},
-                       s->flx1->visualRect(s->flx1->model()->index(1, 1)).center());
+    pickRow(s->flx1, 1);
+    click(s->lblcmd[1]);
     EXPECT_EQ(m_session.SelectedID, id);
     EXPECT_EQ(s->Combo3->currentText(), "Ford (CA 777)");
     EXPECT_EQ(s->Combo2->currentText(), "Light Vehicles");

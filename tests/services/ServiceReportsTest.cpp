@@ -38,7 +38,7 @@ TEST_F(ServiceReportsTest, WorkbookRowsLineUpWithTheirHeadingsAndTheBreakdown) {
     ASSERT_NE(sheet, nullptr);
     EXPECT_EQ(sheet->text("A1"), "Service Listing From 2024/08/01 To 2024/09/30");
     const QStringList headings = {"Date",   "Category", "Supplier", "Department", "Make",       "Veh Model",
-                                  "Reg Nr", "R Cost",   "Km",       "",           "Reference:", "Note",
+                                  "Reg Nr", "R Cost",   "Km",       "",           "Reference:", "note",
                                   "Labour", "Parts",    "Out Work", "Consumables"};
     for (int c = 0; c < headings.size(); ++c)
         EXPECT_EQ(sheet->text(QString(QChar('A' + c)) + "2"), headings[c]) << c;

@@ -103,9 +103,10 @@ protected:
         QTest::keyClicks(field, text);
     }
 
+    // A click on the row's first shown cell.
     static void pickRow(FlexGrid* grid, int row) {
-        grid->setFocus();
-        grid->setCurrentCell(row, 1);
+        const QRect cell = grid->visualRect(grid->model()->index(row, 1));
+        QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, cell.center());
     }
 
     static QStringList column(const FlexGrid* grid, int col) {

@@ -194,6 +194,9 @@ TEST_F(VoerDiensTest, PrintedTransactionWithAndWithoutBreakdown) {
     EXPECT_EQ(sheet->text("B3"), "Toyota Hilux Ca 123-456");
     EXPECT_EQ(sheet->text("A7"), "Reference");
     EXPECT_EQ(sheet->number("B7"), 1);
+    EXPECT_EQ(sheet->cell("B7")->style.numberFormat, "00000");
+    EXPECT_EQ(sheet->cell("B10")->style.numberFormat, "### ### ##0.00");
+    EXPECT_EQ(sheet->number("B10"), 250);
     EXPECT_EQ(sheet->text("A12"), "Cost Breakdown");
     EXPECT_EQ(sheet->text("A13"), "Labour");
     EXPECT_EQ(sheet->text("A14"), "Hours");
