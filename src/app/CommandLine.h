@@ -19,3 +19,4 @@ int RunQueryCommand(const CommandLine& cl);
 int RunCheckCommand(const CommandLine& cl);
 int RunRecalcCommand(const CommandLine& cl);
 int RunDesktop(const CommandLine& cl, int argc, char** argv);
+int RunReportCommand(const CommandLine& cl, int argc, char** argv);

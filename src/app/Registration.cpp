@@ -1,6 +1,7 @@
 #include "Registration.h"
 
 #include "FuelScreens.h"
+#include "ReportScreens.h"
 #include "VehicleScreens.h"
 #include "frmowner.h"
 
@@ -8,4 +9,5 @@ void RegisterAllScreens() {
     RegisterShellScreens();
     RegisterVehicleScreens();
     RegisterFuelScreens();
+    RegisterReportScreens();
 }

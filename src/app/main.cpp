@@ -20,13 +20,15 @@ int main(int argc, char** argv) {
     const QString programFolder = QFileInfo(arguments.value(0)).absolutePath();
     CommandLine cl = ParseCommandLine(arguments, programFolder);
     if (!cl.error.isEmpty()) {
-        std::fprintf(stderr, "orvel: %s\nusage: orvel [--home DIR] [query STATEMENT | check | recalc]\n",
+        std::fprintf(stderr, "orvel: %s\nusage: orvel [--home DIR] [query STATEMENT | check | recalc | report NAME]\n",
                      qPrintable(cl.error));
         return 2;
     }
     SetHomeFolder(cl.home);
     if (cl.subcommand.isEmpty())
         return RunDesktop(cl, argc, argv);
+    if (cl.subcommand == "report")
+        return RunReportCommand(cl, argc, argv);
 
     QCoreApplication app(argc, argv);
     if (cl.subcommand == "query")
