@@ -111,7 +111,10 @@ int RunReportCommand(const CommandLine& cl, int argc, char** argv) {
         return FailCommand("report", args.error);
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
+    // A test's own application serves; a run from the shell makes its own.
+    std::unique_ptr<QApplication> app;
+    if (!QCoreApplication::instance())
+        app = std::make_unique<QApplication>(argc, argv);
     QApplication::setApplicationName("Orvel");
     BatchMessages messages;
     MessageService::setInstance(&messages);

@@ -3,6 +3,7 @@
 #include "FlexGrid.h"
 #include "MessageService.h"
 #include "QueryHelpers.h"
+#include "Rebate.h"
 #include "ReportRegistry.h"
 #include "Session.h"
 #include "Vb.h"
@@ -16,13 +17,6 @@ QString Cell(const Value& v) {
 }
 
 } // namespace
-
-int RebateSetting(int index) {
-    auto rs = db().OpenRecordset("SELECT  [rebaterate],rebatesars FROM [rebate]", RecordsetType::Snapshot);
-    if (rs->Eof())
-        return 0;
-    return static_cast<int>(vb::CInt(rs->Field(index)));
-}
 
 void FillReportGrid(ReportRun& run, const QString& from, const QString& to, bool forPrint) {
     FlexGrid& grid = *run.grid;

@@ -6,7 +6,5 @@
 
 #include <QString>
 
-// The rebate settings: rate in cents per litre (0) and the percentage of litres (1), read as 16-bit integers.
-int RebateSetting(int index);
 // Fills run.grid from the statement of run.title. Throws what the store throws (GetReport reports it).
 void FillReportGrid(ReportRun& run, const QString& from, const QString& to, bool forPrint);

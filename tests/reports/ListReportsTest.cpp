@@ -1,5 +1,6 @@
 // The list reports: vehicles, consumption, purchases, stock takes, equipment and room stock.
 
+#include "ReportEngine.h"
 #include "ReportTestStore.h"
 
 #include <QCheckBox>
@@ -139,6 +140,50 @@ TEST_F(ListReportsTest, EquipmentAndStockListsTakeTheirDatesFromTheVehicles) {
     ASSERT_EQ(m_screen->grd3->Rows(), 3);
     EXPECT_EQ(row(1), QStringList({"2022/02/02", "WHITE", "3", "50.00", "60.00"}));
     EXPECT_EQ(row(2), QStringList({"TOTAL", "", "", "50.00", "60.00"}));
+}
+
+} // namespace
+
+namespace {
+
+TEST_F(ListReportsTest, DatesBecomeDateCellsAndSheetsWithoutLayoutFitOnePageWide) {
+    SeedRegister();
+    frmVerslae& screen = open("Fuel Purchase");
+    click(screen.lstCatKm, "MAIN DIESEL");
+    range("2024/11/01", "2025/01/31");
+    QTest::mouseClick(screen.cmdApply, Qt::LeftButton);
+    QTest::mouseClick(screen.cmdPrint, Qt::LeftButton);
+    const WorkbookReader purchases = book();
+    const WbCell* date = purchases.sheet(0)->cell("B3");
+    ASSERT_NE(date, nullptr);
+    EXPECT_TRUE(date->isNumber());
+    EXPECT_DOUBLE_EQ(date->number, 45597); // 2024/11/01
+    EXPECT_EQ(date->style.numberFormat, "yyyy/mm/dd");
+    EXPECT_FALSE(purchases.sheet(0)->fitToPage); // the report sets its own page
+
+    REPORT_Workbook_Initialise(true);
+    REPORT_SetSheetIndex(1);
+    xlSheet = xlBook->Worksheets(1);
+    xlSheet->Range("a1").SetValue(Value("2024-1-5"));
+    xlSheet->Range("a2").SetValue(Value("'2024/01/05"));
+    xlSheet->Range("a3").SetNumberFormat("@");
+    xlSheet->Range("a3").SetValue(Value("2024/01/05"));
+    xlSheet->Range("a4").SetValue(Value("2024/02/30"));
+    xlSheet->Columns("a:l").SetColumnWidth(12);
+    xlSheet->Range("l1").SetValue(Value("wide"));
+    REPORT_SaveReport(xlApp, "Reports", "Plain");
+    REPORT_Workbook_Terminate();
+    const WorkbookReader plain = book();
+    const WbSheet& s = *plain.sheet(0);
+    EXPECT_DOUBLE_EQ(s.number("A1"), 45296);
+    EXPECT_EQ(s.cell("A1")->style.numberFormat, "yyyy/mm/dd");
+    EXPECT_EQ(s.text("A2"), "2024/01/05");
+    EXPECT_TRUE(s.cell("A2")->isText());
+    EXPECT_TRUE(s.cell("A3")->isText());
+    EXPECT_TRUE(s.cell("A4")->isText()); // no such day
+    EXPECT_TRUE(s.fitToPage);
+    EXPECT_EQ(s.fitToHeight, "0");
+    EXPECT_EQ(s.orientation, "landscape");
 }
 
 } // namespace

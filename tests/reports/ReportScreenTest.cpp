@@ -5,6 +5,7 @@
 #include "ReportTestStore.h"
 
 #include <QCheckBox>
+#include <QHeaderView>
 #include <QLabel>
 
 namespace {
@@ -201,6 +202,28 @@ TEST_F(ReportScreenTest, RebateRowsUseTheSettingAndAnEmptyRunSaysSo) {
     QTest::mouseClick(screen.cmdApply, Qt::LeftButton);
     EXPECT_EQ(m_msgs.last(), "Nothing to show for Rebate Applicable");
     EXPECT_EQ(screen.lblMsg->text(), "No Vehicle(s) with Rebate Applicable");
+}
+
+} // namespace
+
+namespace {
+
+// The filled screen at the office's usual size; with ORVEL_SHOT_OUT set, kept as a picture.
+TEST_F(ReportScreenTest, FilledPreviewFitsTheUsualScreen) {
+    SeedRegister();
+    frmVerslae& screen = open("Detail per Fuel Tank");
+    screen.resize(1260, 700);
+    click(screen.lstCatKm, "MAIN DIESEL");
+    range("2024/12/01", "2025/01/31");
+    QTest::mouseClick(screen.cmdApply, Qt::LeftButton);
+    const QImage shot = screen.grab().toImage();
+    EXPECT_LE(screen.minimumSizeHint().width(), 1260);
+    EXPECT_LE(screen.minimumSizeHint().height(), 700);
+    // Every column of the ledger is in sight without scrolling sideways.
+    EXPECT_LE(screen.grd3->horizontalHeader()->length(), screen.grd3->viewport()->width());
+    if (const QString out = qEnvironmentVariable("ORVEL_SHOT_OUT"); !out.isEmpty()) {
+        EXPECT_TRUE(shot.save(out + "/frmVerslae.png"));
+    }
 }
 
 } // namespace
