@@ -530,6 +530,9 @@ void frmVerslae::runReport(bool print) {
             ProgressBar1->hide();
         }
     }
+    // Every column wide enough for its texts, and no cell standing out as chosen.
+    grd3->resizeColumnsToContents();
+    grd3->clearSelection();
     if (!print && m_run.title == "Monthly Veh. Fuel Usage")
         m_run.Message("'Print View' To view more options and Charts");
     cmdPrint->setEnabled(grd3->Rows() >= 2);
