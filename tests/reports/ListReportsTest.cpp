@@ -159,7 +159,8 @@ TEST_F(ListReportsTest, DatesBecomeDateCellsAndSheetsWithoutLayoutFitOnePageWide
     EXPECT_TRUE(date->isNumber());
     EXPECT_DOUBLE_EQ(date->number, 45597); // 2024/11/01
     EXPECT_EQ(date->style.numberFormat, "yyyy/mm/dd");
-    EXPECT_FALSE(purchases.sheet(0)->fitToPage); // the report sets its own page
+    EXPECT_TRUE(purchases.sheet(0)->fitToPage);
+    EXPECT_EQ(purchases.sheet(0)->orientation, "portrait"); // as the report sets it
 
     REPORT_Workbook_Initialise(true);
     REPORT_SetSheetIndex(1);

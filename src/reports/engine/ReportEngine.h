@@ -157,8 +157,8 @@ struct XlPageSetupData {
     QString printTitleColumns;
     QString leftHeader, centerHeader, rightHeader;
     int orientation = xl::Portrait;
-    // Whether any page property was set. A sheet left alone prints one page wide, turned to landscape when its
-    // columns are wider than a portrait page.
+    // Whether any page property was set. Every sheet prints one page wide; one left alone is also turned to
+    // landscape when its columns are wider than a portrait page.
     bool laidOut = false;
 };
 

@@ -372,8 +372,8 @@ private:
             worksheet_set_landscape(ws);
         else
             worksheet_set_portrait(ws);
-        if (!page.laidOut)
-            worksheet_fit_to_pages(ws, 1, 0);
+        // One page wide, as many down as it takes; the orientation a report sets stands.
+        worksheet_fit_to_pages(ws, 1, 0);
 
         for (const auto& chart : model.Charts())
             WriteChart(*chart, ws, name);
