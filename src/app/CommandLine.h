@@ -21,3 +21,4 @@ int RunRecalcCommand(const CommandLine& cl);
 int RunImportCommand(const CommandLine& cl); // import FILE.mdb [--replace]
 int RunDemoCommand(const CommandLine& cl);   // demo [--size small|large] [--seed N] [--today yyyy/mm/dd]
 int RunDesktop(const CommandLine& cl, int argc, char** argv);
+int RunReportCommand(const CommandLine& cl, int argc, char** argv);

@@ -4,6 +4,7 @@
 #include "ReminderScreens.h"
 #include "ServiceReports.h"
 #include "ServiceScreens.h"
+#include "ReportScreens.h"
 #include "VehicleScreens.h"
 #include "frmVoerDiens.h"
 #include "frmowner.h"
@@ -15,4 +16,5 @@ void RegisterAllScreens() {
     RegisterReminderScreens();
     RegisterServiceScreens();
     SetServiceHistoryPrinter([](int vehicleId) { ServiceHistory_PrintVehicle(vehicleId); });
+    RegisterReportScreens();
 }

@@ -22,13 +22,15 @@ int main(int argc, char** argv) {
     if (!cl.error.isEmpty()) {
         std::fprintf(stderr,
                      "orvel: %s\nusage: orvel [--home DIR] [query STATEMENT | check | recalc | import FILE.mdb "
-                     "[--replace] | demo]\n",
+                     "[--replace] | demo | report NAME]\n",
                      qPrintable(cl.error));
         return 2;
     }
     SetHomeFolder(cl.home);
     if (cl.subcommand.isEmpty())
         return RunDesktop(cl, argc, argv);
+    if (cl.subcommand == "report")
+        return RunReportCommand(cl, argc, argv);
 
     QCoreApplication app(argc, argv);
     if (cl.subcommand == "query")

@@ -458,8 +458,13 @@ bool WorkbookReader::open(const QString& path) {
         if (const Node* merges = ws->child("mergeCells"))
             for (const Node* m : merges->all("mergeCell"))
                 sheet.merges << m->attr("ref").toUpper();
-        if (const Node* page = ws->child("pageSetup"))
+        if (const Node* page = ws->child("pageSetup")) {
             sheet.orientation = page->attr("orientation");
+            sheet.fitToHeight = page->attr("fitToHeight");
+        }
+        if (const Node* pr = ws->child("sheetPr"))
+            if (const Node* fit = pr->child("pageSetUpPr"))
+                sheet.fitToPage = fit->attr("fitToPage") == QLatin1String("1");
         if (const Node* hf = ws->child("headerFooter"))
             if (const Node* h = hf->child("oddHeader"))
                 sheet.header = h->text;

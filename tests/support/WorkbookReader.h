@@ -61,6 +61,8 @@ struct WbSheet {
     std::map<int, double> columnWidths; // 1-based column, in characters as set (the file's padding taken off)
     std::map<int, double> rowHeights;   // 1-based row
     QString orientation;                // "portrait", "landscape" or ""
+    bool fitToPage = false;             // printed fit to pages (one page wide unless fitToWidth says more)
+    QString fitToHeight;                // as stored: "0" for as many pages down as it takes
     QString header;                     // the odd-page header as stored: "&LDate &D Time &T&RPage #&P Of &N Pages"
     QString printTitles;                // the defined print titles, "'Sheet 1'!$A:$A,'Sheet 1'!$1:$2"
     std::vector<WbChart> charts;

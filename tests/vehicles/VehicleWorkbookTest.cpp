@@ -73,8 +73,10 @@ TEST_F(VehicleWorkbookTest, VehicleListOfTheSelectedCategory) {
     EXPECT_EQ(sheet->cell("F5")->style.horizontal, "right");
     EXPECT_EQ(sheet->cell("B5")->style.horizontal, "left");
     EXPECT_EQ(sheet->cell("B5")->style.font.size, 8);
-    EXPECT_EQ(sheet->text("G5"), "2025/03/31");
-    EXPECT_EQ(sheet->text("H5"), "2024/11/15");
+    // The store's text dates arrive as date cells.
+    EXPECT_DOUBLE_EQ(sheet->number("G5"), QDate(1899, 12, 30).daysTo(QDate(2025, 3, 31)));
+    EXPECT_EQ(sheet->cell("G5")->style.numberFormat, "yyyy/mm/dd");
+    EXPECT_DOUBLE_EQ(sheet->number("H5"), QDate(1899, 12, 30).daysTo(QDate(2024, 11, 15)));
     EXPECT_EQ(sheet->columnWidths.at(1), 10);
     EXPECT_EQ(sheet->columnWidths.at(2), 12);
     EXPECT_EQ(sheet->columnWidths.at(5), 10);
@@ -129,7 +131,10 @@ TEST_F(VehicleWorkbookTest, VehicleFormOnOnePage) {
     for (size_t i = 0; i < rows.size(); ++i) {
         const QString r = QString::number(static_cast<int>(i) + 3);
         EXPECT_EQ(sheet->text("A" + r), rows[i].first) << "row " << r.toStdString();
-        if (!rows[i].second.isEmpty()) {
+        const QDate date = QDate::fromString(rows[i].second, "yyyy/MM/dd");
+        if (date.isValid()) {
+            EXPECT_DOUBLE_EQ(sheet->number("D" + r), QDate(1899, 12, 30).daysTo(date)) << "row " << r.toStdString();
+        } else if (!rows[i].second.isEmpty()) {
             EXPECT_EQ(sheet->text("D" + r), rows[i].second) << "row " << r.toStdString();
         }
     }

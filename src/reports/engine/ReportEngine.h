@@ -105,7 +105,8 @@ public:
 
     // The value of the first cell. Writing a value writes it to every cell of the range; a text that reads as
     // a number with blanks between thousands ("1 234.50") or a percentage ("12.50%") is stored as a number,
-    // unless it starts with an apostrophe or the cell's format is "@". Texts that read as dates stay text.
+    // unless it starts with an apostrophe or the cell's format is "@". A text the spreadsheet reads as a date
+    // ("2024/01/05", "2024-1-5") becomes a date shown "yyyy/mm/dd", under the same two exceptions.
     Value GetValue() const;
     void SetValue(const Value& value);
 
@@ -140,7 +141,8 @@ public:
     void SetColumnWidth(double width); // characters, 0 to 255
 
     // Pastes the rows from the recordset's current row to its end, from the first cell, as typed cells:
-    // numbers as numbers, texts as text, dates as dates, Null as an empty cell. Returns the rows pasted.
+    // numbers as numbers, texts as text (those that read as dates as dates, as above), dates as dates, Null as an
+    // empty cell. Returns the rows pasted.
     int CopyFromRecordset(Recordset& rs);
 
     const std::shared_ptr<XlWorksheet>& Worksheet() const { return m_sheet; }
@@ -155,6 +157,9 @@ struct XlPageSetupData {
     QString printTitleColumns;
     QString leftHeader, centerHeader, rightHeader;
     int orientation = xl::Portrait;
+    // Whether any page property was set. Every sheet prints one page wide; one left alone is also turned to
+    // landscape when its columns are wider than a portrait page.
+    bool laidOut = false;
 };
 
 struct XlCellFormat {

@@ -71,6 +71,20 @@ bool Intersects(const XlMerge& m, int r1, int c1, int r2, int c2) {
 
 // A text that the spreadsheet program reads as a number when it is written into a cell: digits with blanks
 // between thousands (the run's thousands mark), a decimal point, an optional sign, exponent or percent sign.
+// A text that the spreadsheet's own entry reads as a date: "2024/01/05", "2024-1-5" (year first, a real day).
+const QString kTextDateFormat = QStringLiteral("yyyy/mm/dd");
+bool DateOfText(const QString& text, QDateTime& date) {
+    static const QRegularExpression pattern(QStringLiteral("^(\\d{4})([/-])(\\d{1,2})\\2(\\d{1,2})$"));
+    const QRegularExpressionMatch m = pattern.match(text.trimmed());
+    if (!m.hasMatch())
+        return false;
+    const QDate day(m.captured(1).toInt(), m.captured(3).toInt(), m.captured(4).toInt());
+    if (!day.isValid() || day.year() < 1900)
+        return false;
+    date = QDateTime(day, QTime(0, 0));
+    return true;
+}
+
 bool NumberOfText(const QString& text, double& number, bool& percent) {
     static const QRegularExpression re(QStringLiteral(
         "^\\s*([-+]?)((?:[0-9]{1,3}(?: [0-9]{3})+|[0-9]+)(?:\\.[0-9]*)?|\\.[0-9]+)([eE][-+]?[0-9]+)?\\s*(%?)\\s*$"));
@@ -231,6 +245,9 @@ void XlRange::SetValue(const Value& value) {
         bool percent = false;
         if (value.toString().startsWith('\'')) {
             stored = Value(value.toString().mid(1)); // a leading apostrophe keeps the rest as text
+        } else if (QDateTime day; DateOfText(value.toString(), day)) {
+            stored = Value(day);
+            dateFormat = kTextDateFormat;
         } else if (NumberOfText(value.toString(), number, percent)) {
             stored = Value(number);
             if (percent)
@@ -510,9 +527,18 @@ int XlRange::CopyFromRecordset(Recordset& rs) {
                 if (cell.format.numberFormat == QLatin1String("General"))
                     cell.format.numberFormat = kDateFormat;
                 break;
-            default:
-                cell.value = v; // texts stay text, as pasted
+            default: {
+                // Texts stay text, as pasted, except dates in the spreadsheet's own reading of them.
+                QDateTime day;
+                if (cell.format.numberFormat != QLatin1String("@") && DateOfText(v.toString(), day)) {
+                    cell.value = Value(day);
+                    if (cell.format.numberFormat == QLatin1String("General"))
+                        cell.format.numberFormat = kTextDateFormat;
+                } else {
+                    cell.value = v;
+                }
                 break;
+            }
             }
         }
         ++row;
@@ -609,6 +635,7 @@ void XlWorksheet::SetPrintTitleRows(const QString& rows) {
     if (!rows.isEmpty() && !re.match(rows).hasMatch())
         Refuse(QStringLiteral("Unable to set the PrintTitleRows property to \"%1\"").arg(rows));
     m_pageSetup.printTitleRows = rows;
+    m_pageSetup.laidOut = true;
 }
 
 void XlWorksheet::SetPrintTitleColumns(const QString& columns) {
@@ -617,6 +644,7 @@ void XlWorksheet::SetPrintTitleColumns(const QString& columns) {
     if (!columns.isEmpty() && !re.match(columns).hasMatch())
         Refuse(QStringLiteral("Unable to set the PrintTitleColumns property to \"%1\"").arg(columns));
     m_pageSetup.printTitleColumns = columns;
+    m_pageSetup.laidOut = true;
 }
 
 static void CheckHeader(const QString& text) {
@@ -628,16 +656,19 @@ void XlWorksheet::SetLeftHeader(const QString& text) {
     CheckAlive();
     CheckHeader(text);
     m_pageSetup.leftHeader = text;
+    m_pageSetup.laidOut = true;
 }
 void XlWorksheet::SetCenterHeader(const QString& text) {
     CheckAlive();
     CheckHeader(text);
     m_pageSetup.centerHeader = text;
+    m_pageSetup.laidOut = true;
 }
 void XlWorksheet::SetRightHeader(const QString& text) {
     CheckAlive();
     CheckHeader(text);
     m_pageSetup.rightHeader = text;
+    m_pageSetup.laidOut = true;
 }
 
 void XlWorksheet::SetOrientation(int orientation) {
@@ -645,6 +676,7 @@ void XlWorksheet::SetOrientation(int orientation) {
     if (orientation != xl::Portrait && orientation != xl::Landscape)
         Refuse(QStringLiteral("Unable to set the Orientation property of the PageSetup class to %1").arg(orientation));
     m_pageSetup.orientation = orientation;
+    m_pageSetup.laidOut = true;
 }
 
 XlRef<XlChart> XlWorksheet::ChartObjectsAdd(double left, double top, double width, double height) {

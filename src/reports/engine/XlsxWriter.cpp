@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QHash>
+#include <algorithm>
 #include <cmath>
 #include <deque>
 #include <xlsxwriter.h>
@@ -153,6 +154,22 @@ bool ColumnSpan(const QString& text, int& first, int& last) {
     first = ColumnNumber(parts.first()) - 1;
     last = ColumnNumber(parts.last()) - 1;
     return first >= 0 && last >= first;
+}
+
+// Whether the used columns are wider than the printable width of a portrait A4 page (6.87 inches between the
+// default margins, 659 pixels at the default font's 7 pixels a character plus 5 of padding).
+bool WiderThanPortrait(const XlWorksheet& sheet) {
+    int lastColumn = 0;
+    for (const auto& [key, cell] : sheet.CellMap())
+        if (!cell.value.isEmpty())
+            lastColumn = std::max(lastColumn, XlWorksheet::ColumnOfKey(key));
+    double pixels = 0;
+    for (int c = 1; c <= lastColumn; ++c) {
+        const auto it = sheet.ColumnWidths().find(c);
+        const double width = it == sheet.ColumnWidths().end() ? 8.43 : it->second;
+        pixels += width * 7 + 5;
+    }
+    return pixels > 659;
 }
 
 bool IsNumberCell(const XlCell* cell) {
@@ -351,10 +368,12 @@ private:
             header += "&R" + page.rightHeader;
         if (!header.isEmpty())
             Check(worksheet_set_header(ws, Keep(header).constData()), QStringLiteral("page header of %1").arg(name));
-        if (page.orientation == xl::Landscape)
+        if (page.orientation == xl::Landscape || (!page.laidOut && WiderThanPortrait(model)))
             worksheet_set_landscape(ws);
         else
             worksheet_set_portrait(ws);
+        // One page wide, as many down as it takes; the orientation a report sets stands.
+        worksheet_fit_to_pages(ws, 1, 0);
 
         for (const auto& chart : model.Charts())
             WriteChart(*chart, ws, name);
