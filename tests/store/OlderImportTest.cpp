@@ -435,10 +435,4 @@ TEST_F(OlderImport, EveryFailureLeavesNoStoreAndNamesItsCause) {
     EXPECT_FALSE(QFileInfo::exists(home.storeFile() + ".import"));
     // Without --replace a standing store is refused before the file is read.
     EXPECT_THROW(ImportOlderStore(Fixture(), home.storeFile(), false), DbError);
-
-    // At start: the message names the cause, and no store takes the older file's place.
-    TempHome other;
-    CopyFixtureTo(other.dataPath() + "invent.mdb", size / 2 + 100);
-    EXPECT_THROW(StartOn(other), DbError);
-    EXPECT_FALSE(QFileInfo::exists(other.storeFile()));
 }
