@@ -28,8 +28,10 @@ ImportObserver ImportProgressWindow::Observer() {
             show();
         QCoreApplication::processEvents();
     };
-    observer.tableDone = [this](const QString&, long long) {
+    observer.tableDone = [this](const QString& table, long long) {
         prgTables->setValue(prgTables->value() + 1);
+        lblTable->setText(
+            QString("Table %1 (%2 of %3 done)").arg(table).arg(prgTables->value()).arg(prgTables->maximum()));
         QCoreApplication::processEvents();
     };
     observer.rowsWritten = [](long long) { QCoreApplication::processEvents(); };
