@@ -2,13 +2,15 @@
 
 #include "Database.h"
 #include "Recalc.h"
+#include "ServiceDemo.h"
 #include "SyntheticRegister.h"
 
 #include <QStringList>
 
 std::vector<DemoFiller> DemoFillers() {
     std::vector<DemoFiller> fillers;
-    // One line per subsystem that keeps tables of its own, e.g. fillers.push_back(WriteDemoEquipment);
+    // One line per subsystem that keeps tables of its own.
+    fillers.push_back(WriteDemoServices);
     return fillers;
 }
 

@@ -16,11 +16,8 @@ void RegisterServiceScreens() {
         return form;
     });
     RegisterScreen("frmVoerDiens_Extra", [](QWidget* parent) -> QWidget* { return new frmVoerDiens_Extra(parent); });
-    for (const char* routine : {"LaaiSupliers", "LaaiCostCat"}) {
-        const QString name = routine;
-        RegisterScreen("frmServAdd." + name, [name](QWidget* parent) -> QWidget* {
-            CallServAddRoutine(name, parent);
-            return nullptr;
-        });
-    }
+    // frmAdd refills the capture screen's combos through these, loading the screen hidden when it is not loaded.
+    RegisterFormRoutine("frmServAdd", "LaaiSupliers",
+                        [](QWidget* form) { static_cast<frmServAdd*>(form)->LaaiSupliers(); });
+    RegisterFormRoutine("frmServAdd", "LaaiCostCat", [](QWidget* form) { static_cast<frmServAdd*>(form)->LaaiCostCat(); });
 }

@@ -1,6 +1,6 @@
 #pragma once
 // Registers the service screens by form name: frmServAdd, frmVoerDiens, frmVoerDiens_Extra, and the refills
-// of the capture screen's combos that other screens call by name ("frmServAdd.LaaiSupliers",
-// "frmServAdd.LaaiCostCat": each loads the screen hidden when it is not loaded, and shows nothing).
+// of the capture screen's combos that other screens call through CallFormRoutine ("LaaiSupliers",
+// "LaaiCostCat": each loads the screen hidden when it is not loaded, and shows nothing).
 
 void RegisterServiceScreens();

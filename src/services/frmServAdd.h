@@ -72,7 +72,3 @@ private:
     QString m_Reference;
     QString m_Sql;
 };
-
-// Reaches a routine of the loaded frmServAdd (loading it hidden first when it is not), as the lookup lists'
-// adder does after adding a supplier or cost category: "LaaiSupliers" or "LaaiCostCat".
-void CallServAddRoutine(const QString& routine, QWidget* owner);

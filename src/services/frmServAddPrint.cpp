@@ -129,18 +129,3 @@ void frmServAdd::PrintServiceList() {
     REPORT_Workbook_Terminate();
 }
 
-void CallServAddRoutine(const QString& routine, QWidget* owner) {
-    auto* form = qobject_cast<frmServAdd*>(FindForm("frmServAdd"));
-    if (!form) {
-        // Not loaded: loaded hidden, as a reference to the screen's routine loads it, and kept for the run.
-        QWidget* parent = owner ? owner->window() : nullptr;
-        if (!parent && CurrentMdiArea())
-            parent = CurrentMdiArea()->window();
-        form = new frmServAdd(parent);
-        TrackForm(form);
-    }
-    if (routine.compare("LaaiSupliers", Qt::CaseInsensitive) == 0)
-        form->LaaiSupliers();
-    else if (routine.compare("LaaiCostCat", Qt::CaseInsensitive) == 0)
-        form->LaaiCostCat();
-}

@@ -260,10 +260,10 @@ TEST_F(ServAddTest, OtherScreensRefillTheCombosByName) {
     TrackForm(s.get());
     exec("insert into VecSupplier (SUP_Desc) values ('ABC MOTORS')");
     exec("insert into CostCat (CC_CostCatagory) values ('Accident')");
-    ShowScreen("frmServAdd.LaaiSupliers", false);
+    CallFormRoutine("frmServAdd", "LaaiSupliers");
     EXPECT_EQ(s->Combo4->itemText(0), "Abc Motors");
     EXPECT_EQ(s->Combo1->count(), 2);
-    ShowScreen("frmServAdd.LaaiCostCat", false);
+    CallFormRoutine("frmServAdd", "LaaiCostCat");
     EXPECT_EQ(s->Combo1->count(), 3);
     EXPECT_EQ(s->Combo1->currentText(), "Accident");
 }
