@@ -18,4 +18,5 @@ CommandLine ParseCommandLine(const QStringList& arguments, const QString& progra
 int RunQueryCommand(const CommandLine& cl);
 int RunCheckCommand(const CommandLine& cl);
 int RunRecalcCommand(const CommandLine& cl);
+int RunBackupCommand(const CommandLine& cl);
 int RunDesktop(const CommandLine& cl, int argc, char** argv);

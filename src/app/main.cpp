@@ -20,7 +20,8 @@ int main(int argc, char** argv) {
     const QString programFolder = QFileInfo(arguments.value(0)).absolutePath();
     CommandLine cl = ParseCommandLine(arguments, programFolder);
     if (!cl.error.isEmpty()) {
-        std::fprintf(stderr, "orvel: %s\nusage: orvel [--home DIR] [query STATEMENT | check | recalc]\n",
+        std::fprintf(stderr,
+                     "orvel: %s\nusage: orvel [--home DIR] [query STATEMENT | check | recalc | backup [--to FOLDER]]\n",
                      qPrintable(cl.error));
         return 2;
     }
@@ -35,6 +36,8 @@ int main(int argc, char** argv) {
         return RunCheckCommand(cl);
     if (cl.subcommand == "recalc")
         return RunRecalcCommand(cl);
+    if (cl.subcommand == "backup")
+        return RunBackupCommand(cl);
     std::fprintf(stderr, "orvel: unknown command %s\n", qPrintable(cl.subcommand));
     return 2;
 }
