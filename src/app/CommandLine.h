@@ -20,5 +20,6 @@ int RunCheckCommand(const CommandLine& cl);
 int RunRecalcCommand(const CommandLine& cl);
 int RunImportCommand(const CommandLine& cl); // import FILE.mdb [--replace]
 int RunDemoCommand(const CommandLine& cl);   // demo [--size small|large] [--seed N] [--today yyyy/mm/dd]
+int RunBackupCommand(const CommandLine& cl);
 int RunDesktop(const CommandLine& cl, int argc, char** argv);
 int RunReportCommand(const CommandLine& cl, int argc, char** argv);

@@ -22,7 +22,7 @@ int main(int argc, char** argv) {
     if (!cl.error.isEmpty()) {
         std::fprintf(stderr,
                      "orvel: %s\nusage: orvel [--home DIR] [query STATEMENT | check | recalc | import FILE.mdb "
-                     "[--replace] | demo | report NAME]\n",
+                     "[--replace] | demo | report NAME | backup [--to FOLDER]]\n",
                      qPrintable(cl.error));
         return 2;
     }
@@ -43,6 +43,8 @@ int main(int argc, char** argv) {
         return RunImportCommand(cl);
     if (cl.subcommand == "demo")
         return RunDemoCommand(cl);
+    if (cl.subcommand == "backup")
+        return RunBackupCommand(cl);
     std::fprintf(stderr, "orvel: unknown command %s\n", qPrintable(cl.subcommand));
     return 2;
 }

@@ -124,6 +124,7 @@ void frmPDP::LaaiPdp() {
     const int widths[5] = {0, 1900, 2400, 2400, 1500};
     for (int c = 0; c < 5; ++c)
         flx1->SetColWidth(c, widths[c]);
+    flx1->SetColAlignment(1, flexAlignLeftCenter); // identification is text, whatever its digits
     flx1->setColumnHidden(0, true);
 }
 

@@ -235,6 +235,7 @@ void frmReminders::ReminderHeader() {
         const int widths[4] = {2000, 2600, 2600, 1700};
         for (int c = 0; c < 4; ++c)
             flg->SetColWidth(c, widths[c]);
+        flg->SetColAlignment(0, flexAlignLeftCenter);
     } else {
         flg->SetCols(5);
         flg->SetFormatString("id|Make|Model|Registration #|" + DueColumn(true));

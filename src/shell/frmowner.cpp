@@ -1,5 +1,7 @@
 #include "frmowner.h"
 
+#include "frmBackup.h"
+
 #include "Database.h"
 #include "Hourglass.h"
 #include "InputBehaviours.h"
@@ -208,4 +210,5 @@ void frmowner::closeEvent(QCloseEvent* event) {
 
 void RegisterShellScreens() {
     RegisterScreen("frmowner", [](QWidget* parent) -> QWidget* { return new frmowner(parent); });
+    RegisterBackupScreen();
 }

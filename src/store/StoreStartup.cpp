@@ -1,5 +1,7 @@
 #include "StoreStartup.h"
 
+#include "Backup.h"
+
 #include "HomeFolder.h"
 #include "OlderImport.h"
 #include "OlderSchema.h"
@@ -226,14 +228,6 @@ void RunStartupSteps(Database& db) {
 }
 
 void RepairAtExit(Session& s) {
-    const QString file = s.DataPath.isEmpty() ? QString() : StoreFileOf(s);
     s.db.reset();
-    if (file.isEmpty() || !QFileInfo::exists(file))
-        return;
-    try {
-        std::unique_ptr<Database> second = Database::Open(file, false);
-        second->Repair();
-    } catch (...) {
-        // A repair failure is silent.
-    }
+    RepairStore(s);
 }
