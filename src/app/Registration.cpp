@@ -1,5 +1,6 @@
 #include "Registration.h"
 
+#include "EquipmentScreens.h"
 #include "FuelScreens.h"
 #include "VehicleScreens.h"
 #include "frmowner.h"
@@ -8,4 +9,5 @@ void RegisterAllScreens() {
     RegisterShellScreens();
     RegisterVehicleScreens();
     RegisterFuelScreens();
+    RegisterEquipmentScreens();
 }
