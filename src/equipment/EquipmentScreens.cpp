@@ -5,6 +5,7 @@
 #include "frmEquipmentAdj.h"
 #include "frmEquipmentBookedout.h"
 #include "frmEquipmentStockTake.h"
+#include "frmVKat.h"
 
 void RegisterEquipmentScreens() {
     RegisterScreen("frmEquipment", [](QWidget* parent) -> QWidget* { return new frmEquipment(parent); });
@@ -13,4 +14,5 @@ void RegisterEquipmentScreens() {
                    [](QWidget* parent) -> QWidget* { return new frmEquipmentBookedout(parent); });
     RegisterScreen("frmEquipmentStockTake",
                    [](QWidget* parent) -> QWidget* { return new frmEquipmentStockTake(parent); });
+    RegisterScreen("frmVKat", [](QWidget* parent) -> QWidget* { return new frmVKat(parent); });
 }
