@@ -192,7 +192,7 @@ void frmEquipment::LoadEquipmentGrid() {
     } catch (const DbError& e) {
         EndRunWithError(e.number(), e.description());
     }
-    const int widths[6] = {700, 2400, 3600, 1800, 1600, 1600};
+    const int widths[6] = {600, 1800, 2700, 1800, 1500, 1500};
     for (int c = 0; c < 6; ++c)
         flg->SetColWidth(c, widths[c]);
     for (int c = 3; c < 6; ++c)

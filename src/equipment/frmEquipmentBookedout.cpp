@@ -133,7 +133,7 @@ void frmEquipmentBookedout::LoadBookedOut() {
     } catch (const DbError& e) {
         EndRunWithError(e.number(), e.description());
     }
-    const int widths[8] = {0, 2000, 2600, 2600, 3600, 1000, 800, 0};
+    const int widths[8] = {0, 1700, 2300, 2400, 2600, 900, 700, 0};
     for (int c = 0; c < 8; ++c)
         flg->SetColWidth(c, widths[c]);
     flg->setColumnHidden(colEquipId, true);

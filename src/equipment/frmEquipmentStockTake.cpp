@@ -83,6 +83,9 @@ void frmEquipmentStockTake::buildScreen() {
     txtG3 = new QLineEdit(this);
     txtG3->setObjectName("txtG3");
     txtG3->hide();
+    txtG3->setFrame(false); // it stands in the cell, at the cell's height
+    txtG3->setMinimumHeight(0);
+    txtG3->resize(80, 12);
     AttachDigitsFilter(txtG3, true);
     txtG3->installEventFilter(this);
 
@@ -126,7 +129,7 @@ void frmEquipmentStockTake::LoadGrid() {
     } catch (const DbError& e) {
         EndRunWithError(e.number(), e.description());
     }
-    const int widths[7] = {700, 2000, 3000, 1500, 1500, 1500, 2000};
+    const int widths[7] = {600, 1800, 2700, 1400, 1300, 1300, 1600};
     for (int c = 0; c < 7; ++c)
         flg->SetColWidth(c, widths[c]);
     for (int c = colComputer; c <= colDifference; ++c)
