@@ -1,5 +1,6 @@
 #include "Registration.h"
 
+#include "EquipmentScreens.h"
 #include "FuelScreens.h"
 #include "ReminderScreens.h"
 #include "ServiceReports.h"
@@ -17,4 +18,5 @@ void RegisterAllScreens() {
     RegisterServiceScreens();
     SetServiceHistoryPrinter([](int vehicleId) { ServiceHistory_PrintVehicle(vehicleId); });
     RegisterReportScreens();
+    RegisterEquipmentScreens();
 }

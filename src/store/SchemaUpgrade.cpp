@@ -322,6 +322,12 @@ void AddEquipmentLedger(Database& db) {
                                   "sortdate datetime, trdate datetime, equipid short, actionId short, "
                                   "trDesc text(50), trStockQty currency, trQty currency, trAmount currency, "
                                   "trUnitCost currency, trClosed bit, bookoutid short, stocktakeid short)");
+        // The book-out and header keys grow with ordinary use: past 32 767 a short column would stop every book-in.
+        for (const FieldDef& f : db.Fields("EquipmentTrans"))
+            if ((f.name.compare("bookoutid", Qt::CaseInsensitive) == 0 ||
+                 f.name.compare("stocktakeid", Qt::CaseInsensitive) == 0) &&
+                f.type.compare("short", Qt::CaseInsensitive) == 0)
+                ExecuteAndRefresh(db, "alter table EquipmentTrans alter " + f.name + " long");
         const QString table = "EquipmentAction";
         if (!Missing(TableExists(db, table)))
             return;

@@ -1,0 +1,3 @@
+#pragma once
+// Registers the equipment screens by form name.
+void RegisterEquipmentScreens();

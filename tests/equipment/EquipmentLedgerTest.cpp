@@ -1,0 +1,128 @@
+// The ledger's statements and writes without screens: context texts, dates spliced as text, book-out balances,
+// the open list's look-ups and the item statement.
+#include "EquipmentLedger.h"
+#include "EquipmentTestStore.h"
+#include "Vb.h"
+
+namespace {
+
+class LedgerTest : public EquipmentStoreTest {};
+
+} // namespace
+
+TEST(EquipmentContext, QuantitiesAndIdsReadBackFromTheirTexts) {
+    struct Case {
+        QString text;
+        double quantity;
+        long long id;
+    };
+    const Case cases[] = {
+        {BookOutContext("Drill", "5"), 5, 0},
+        {BookOutContext("Drill", "1 250.00"), 1250, 0},
+        {BookOutContext("Grinder (large)", "12.5"), 12.5, 0},
+        {BookOutContext("Drill", "-3"), 0, 0}, // no minus in the pattern: reads as 0
+        {BookInContext(40123, "Ladder", "Jan (2.00)"), 2, 40123},
+        {BookInContext(7, "A very long item name that runs on past the cut", "PIET (1 000.50)"), 1000.5, 7},
+        {"id 12 - 'x' Sam (3.00) BOOKED OUT", 3, 12},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(ParseContextQuantity(c.text).toDouble(), c.quantity) << qPrintable(c.text);
+        EXPECT_EQ(ParseContextId(c.text), c.id) << qPrintable(c.text);
+    }
+    EXPECT_EQ(BookInContext(7, QString(40, 'x'), "r (1.00)"), "ID 7 - '" + QString(35, 'x') + "' r (1.00) booked out");
+}
+
+TEST_F(LedgerTest, NewItemWritesHeaderOpeningRowAndQuantity) {
+    const int cat = addCategory("Tools");
+    const int item = addItem(cat, "Drill", 4, 10);
+    EXPECT_EQ(number("select hoeveel from toerinv where iid = " + QString::number(item)), 4);
+    EXPECT_EQ(number("select kitem from toerinv where iid = " + QString::number(item)), 2.5);
+    EXPECT_EQ(scalar("select count(*) from equipmentstocktake"), "1");
+    EXPECT_EQ(scalar("select trreason from equipmentstocktake"), "Book Out");
+    EXPECT_EQ(scalar("select trperson from equipmentstocktake"), "Drill");
+    EXPECT_EQ(scalar("select equipid from equipmentstocktake"), QString::number(cat));
+    EXPECT_EQ(scalar("select trdesc from equipmenttrans"), "Stock Take On");
+    EXPECT_EQ(scalar("select actionid from equipmenttrans"), "0");
+    EXPECT_EQ(scalar("select stocktakeid from equipmenttrans"), "0");
+    EXPECT_EQ(scalar("select format(sortdate,'yyyy/mm/dd') from equipmenttrans"),
+              QDate::currentDate().addYears(-50).toString("yyyy/MM/dd"));
+    EXPECT_EQ(scalar("select format(trdate,'yyyy/mm/dd') from equipmenttrans"),
+              QDate::currentDate().toString("yyyy/MM/dd"));
+    // The date spliced as text is a date: ranges, min and max read it.
+    const QDate today = QDate::currentDate();
+    EXPECT_EQ(scalar("select count(*) from equipmenttrans where trdate >= #" + DayStartText(today) +
+                     "# and trdate <= #" + DayEndText(today) + "#"),
+              "1");
+    EXPECT_EQ(ScalarDate("select max(trdate) from equipmenttrans", QDate(2000, 1, 1)), today);
+}
+
+TEST_F(LedgerTest, BookOutsAndBookInsKeepTheLedgerAndQuantityTogether) {
+    const int cat = addCategory("Tools");
+    const int item = addItem(cat, "Drill", 10, 100);
+    const QDate day(2024, 3, 5);
+    const long long out = bookOut(cat, item, 4, "Sam", day);
+    EXPECT_EQ(GetBookOutBalance(out).toDouble(), -4);
+    EXPECT_EQ(scalar("select stocktakeid from equipmenttrans where id = " + QString::number(out)),
+              scalar("select max(id) from equipmentstocktake"));
+    EquipmentEntry in;
+    in.mode = kBookIn;
+    in.categoryId = cat;
+    in.itemId = item;
+    in.description = "Sam";
+    in.quantity = Currency::fromDouble(1.5);
+    in.date = day;
+    in.bookOutId = out;
+    in.bookOutStockTakeId = 77;
+    const long long first = WriteEquipmentMovement(in);
+    EXPECT_EQ(scalar("select bookoutid from equipmenttrans where id = " + QString::number(first)),
+              QString::number(out));
+    EXPECT_EQ(scalar("select stocktakeid from equipmenttrans where id = " + QString::number(first)), "77");
+    EXPECT_EQ(GetBookOutBalance(out).toDouble(), -2.5);
+    EXPECT_EQ(scalar("select trclosed from equipmenttrans where id = " + QString::number(out)), "False");
+    in.quantity = Currency::fromDouble(2.5);
+    WriteEquipmentMovement(in);
+    EXPECT_EQ(GetBookOutBalance(out).toDouble(), 0);
+    EXPECT_EQ(scalar("select count(*) from equipmenttrans where trclosed = true"), "3");
+    EXPECT_EQ(number("select hoeveel from toerinv"), 10);
+    EXPECT_TRUE(ledgerDisagreements().isEmpty()) << ledgerDisagreements().join("; ").toStdString();
+}
+
+TEST_F(LedgerTest, OpenListLookUpShowsTheRemainderAndKeepsTheSign) {
+    const int cat = addCategory("TOOLS");
+    const int item = addItem(cat, "drill press", 5000, 100);
+    const long long out = bookOut(cat, item, 1250, "jan", QDate(2024, 1, 2));
+    auto rs = db().OpenRecordset(BookOutRowSql(out, GetBookOutBalance(out), 0));
+    ASSERT_FALSE(rs->Eof());
+    EXPECT_EQ(rs->Field("item").toString(), "jan (1 250.00)");
+    EXPECT_EQ(rs->Field("qty").toDouble(), -1250);
+    EXPECT_EQ(rs->Field("Category").toString(), "Tools");
+    EXPECT_EQ(rs->Field("Equip").toString(), "Drill Press");
+    EXPECT_EQ(rs->Field("Date").toString(), "2024-01-02 00:00:00");
+    EXPECT_EQ(rs->Field("stocktakeid").toLong(), scalar("select max(id) from equipmentstocktake").toLong());
+    EXPECT_TRUE(db().OpenRecordset(BookOutRowSql(out, GetBookOutBalance(out), cat + 1))->Eof());
+    // The text the book-in reads back gives the same quantity.
+    EXPECT_EQ(ParseContextQuantity(BookInContext(out, "Drill Press", "jan ( 1 250.00)")).toDouble(), 1250);
+    EXPECT_EQ(scalar(OpenBookOutIdsSql()), QString::number(out));
+}
+
+TEST_F(LedgerTest, LargeLedgerIdsAreKeptInTheBookInLink) {
+    const int cat = addCategory("Tools");
+    const int item = addItem(cat, "Drill", 10, 0);
+    exec("insert into equipmenttrans (id, trdate, equipid, actionid, trdesc, trqty, trclosed, stocktakeid) values "
+         "(40000, #01-02-2024 00:00:00#, " +
+         QString::number(item) + ", 2, 'Sam', -2, 0, 0)");
+    exec("update toerinv set hoeveel = hoeveel - 2");
+    EquipmentEntry in;
+    in.mode = kBookIn;
+    in.categoryId = cat;
+    in.itemId = item;
+    in.description = "Sam";
+    in.quantity = Currency::fromDouble(2);
+    in.date = QDate(2024, 1, 3);
+    in.bookOutId = 40000;
+    in.bookOutStockTakeId = 40001;
+    const long long id = WriteEquipmentMovement(in);
+    EXPECT_EQ(id, 40001);
+    EXPECT_EQ(scalar("select bookoutid from equipmenttrans where id = 40001"), "40000");
+    EXPECT_EQ(scalar("select trclosed from equipmenttrans where id = 40000"), "True");
+}
