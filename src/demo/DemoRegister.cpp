@@ -1,7 +1,9 @@
 #include "DemoRegister.h"
 
 #include "Database.h"
+#include "EquipmentDemo.h"
 #include "Recalc.h"
+#include "ReminderDemo.h"
 #include "ServiceDemo.h"
 #include "SyntheticRegister.h"
 
@@ -11,6 +13,8 @@ std::vector<DemoFiller> DemoFillers() {
     std::vector<DemoFiller> fillers;
     // One line per subsystem that keeps tables of its own.
     fillers.push_back(WriteDemoServices);
+    fillers.push_back(WriteDemoEquipment);
+    fillers.push_back(WriteDemoPermits);
     return fillers;
 }
 
