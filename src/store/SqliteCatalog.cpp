@@ -30,6 +30,33 @@ QString quoted(const QString& name) {
 
 } // namespace
 
+bool EnsureWorkingIndexes(sqlite3* db) {
+    struct Wanted {
+        const char* table;
+        const char* column;
+    };
+    static const Wanted kWanted[] = {{"EquipmentTrans", "bookoutid"}};
+    bool made = false;
+    for (const Wanted& w : kWanted) {
+        bool columnStands = false;
+        eachRow(db, "PRAGMA table_info(" + quoted(w.table) + ")", [&](sqlite3_stmt* s) {
+            columnStands = columnStands || text(s, 1).compare(w.column, Qt::CaseInsensitive) == 0;
+        });
+        if (!columnStands)
+            continue;
+        const QString name = QString(kWorkingIndexPrefix) + QString(w.table).toLower() + "_" + w.column;
+        bool exists = false;
+        eachRow(db, "SELECT 1 FROM sqlite_master WHERE type = 'index' AND name = '" + name + "'",
+                [&](sqlite3_stmt*) { exists = true; });
+        if (exists)
+            continue;
+        // A failure (a full disk, a read-only file) leaves the look-ups slower, never wrong.
+        const QString sql = "CREATE INDEX " + quoted(name) + " ON " + quoted(w.table) + " (" + quoted(w.column) + ")";
+        made = sqlite3_exec(db, sql.toUtf8().constData(), nullptr, nullptr, nullptr) == SQLITE_OK || made;
+    }
+    return made;
+}
+
 void SqliteCatalog::refreshIfChanged() const {
     int version = -1;
     eachRow(m_db, "PRAGMA schema_version", [&](sqlite3_stmt* s) { version = sqlite3_column_int(s, 0); });
@@ -120,6 +147,8 @@ std::vector<IndexInfo> SqliteCatalog::indexInfo(const QString& table) const {
         i.unique = sqlite3_column_int(s, 2) != 0;
         if (text(s, 3) != "c") // indexes SQLite made for constraints carry no name of the program's
             return;
+        if (i.storedName.startsWith(kWorkingIndexPrefix, Qt::CaseInsensitive))
+            return; // the store's own look-up aids are no index of the register's
         const QString prefix = stored + "__";
         i.name = i.storedName.startsWith(prefix, Qt::CaseInsensitive) ? i.storedName.mid(prefix.size()) : i.storedName;
         i.primary = i.unique && i.name.compare("PrimaryKey", Qt::CaseInsensitive) == 0;

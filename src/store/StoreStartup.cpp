@@ -5,6 +5,7 @@
 #include "HomeFolder.h"
 #include "OlderImport.h"
 #include "OlderSchema.h"
+#include "SqliteCatalog.h"
 #include "StoreFacts.h"
 #include "Vb.h"
 
@@ -223,6 +224,7 @@ void RunStartupSteps(Database& db) {
     if (known.stepsChangeNothing)
         return;
     const bool quiet = RunSchemaSteps(db);
+    EnsureWorkingIndexes(db.handle());
     if (quiet && before.valid() && FingerprintOf(file) == before)
         RecordStoreFacts(file, before, {true, known.intact, known.recalcSettled});
 }
