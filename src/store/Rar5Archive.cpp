@@ -143,15 +143,21 @@ struct EarlierArchive {
 
 // The entries of an earlier RAR 5 archive other than `entryName`, with their data as they stand. An archive this
 // writer cannot carry over entry by entry (not RAR 5, damaged, encrypted headers, solid, a volume) is no RAR 5.
-EarlierArchive ReadEarlier(const QByteArray& data, const QString& entryName) {
+// Only the headers are read: the data of the entry that is replaced (the whole store) is passed over.
+EarlierArchive ReadEarlier(QFile& file, const QString& entryName) {
     EarlierArchive result;
-    if (!data.startsWith(kSignature))
+    const qint64 fileSize = file.size();
+    if (file.read(kSignature.size()) != kSignature)
         return result;
-    Reader r{data, kSignature.size()};
     bool droppingFollowers = false; // service blocks that belong to a dropped file entry
     bool sawMain = false;
-    while (r.ok && r.pos < data.size()) {
-        const qint64 blockStart = r.pos;
+    qint64 blockStart = kSignature.size();
+    while (blockStart < fileSize) {
+        // The header's CRC-32 and its size (a vint of at most ten bytes), then the header itself.
+        if (!file.seek(blockStart))
+            return result;
+        QByteArray block = file.read(std::min<qint64>(14, fileSize - blockStart));
+        Reader r{block, 0};
         const std::uint32_t crc = r.le32();
         const qint64 sizeStart = r.pos;
         const std::uint64_t headerSize = r.vint();
@@ -159,18 +165,23 @@ EarlierArchive ReadEarlier(const QByteArray& data, const QString& entryName) {
             return result;
         const qint64 bodyStart = r.pos;
         const qint64 headerEnd = bodyStart + static_cast<qint64>(headerSize);
-        if (headerEnd > data.size())
+        if (blockStart + headerEnd > fileSize)
             return result;
-        if (Crc32(data.constData() + sizeStart, static_cast<std::size_t>(headerEnd - sizeStart)) != crc)
+        if (block.size() < headerEnd)
+            block += file.read(headerEnd - block.size());
+        if (block.size() < headerEnd)
+            return result;
+        block.truncate(headerEnd);
+        if (Crc32(block.constData() + sizeStart, static_cast<std::size_t>(headerEnd - sizeStart)) != crc)
             return result;
         const std::uint64_t type = r.vint();
         const std::uint64_t flags = r.vint();
         if (flags & kFlagExtra)
             r.vint();
         const std::uint64_t dataSize = (flags & kFlagData) ? r.vint() : 0;
-        if (!r.ok || dataSize > static_cast<std::uint64_t>(data.size() - headerEnd))
+        if (!r.ok || dataSize > static_cast<std::uint64_t>(fileSize - blockStart - headerEnd))
             return result;
-        const qint64 blockEnd = headerEnd + static_cast<qint64>(dataSize);
+        const qint64 blockEnd = blockStart + headerEnd + static_cast<qint64>(dataSize);
         if (type == kHeadMain) {
             const std::uint64_t archiveFlags = r.vint();
             if (!r.ok || (archiveFlags & (kArchiveVolume | kArchiveSolid)))
@@ -194,7 +205,7 @@ EarlierArchive ReadEarlier(const QByteArray& data, const QString& entryName) {
             const std::uint64_t nameLength = r.vint();
             if (!r.ok || r.pos + static_cast<qint64>(nameLength) > headerEnd)
                 return result;
-            const QString name = QString::fromUtf8(data.constData() + r.pos, static_cast<qsizetype>(nameLength));
+            const QString name = QString::fromUtf8(block.constData() + r.pos, static_cast<qsizetype>(nameLength));
             bool keep;
             if (type == kHeadFile) {
                 droppingFollowers = name.compare(entryName, Qt::CaseInsensitive) == 0;
@@ -204,14 +215,19 @@ EarlierArchive ReadEarlier(const QByteArray& data, const QString& entryName) {
                 keep = !droppingFollowers && name != "QO" && name != "RR";
             }
             if (keep) {
-                result.keptBlocks.append(data.constData() + blockStart, blockEnd - blockStart);
+                if (!file.seek(blockStart))
+                    return result;
+                const QByteArray whole = file.read(blockEnd - blockStart);
+                if (whole.size() != blockEnd - blockStart)
+                    return result;
+                result.keptBlocks += whole;
                 if (type == kHeadFile)
                     ++result.keptEntries;
             }
         } else {
             return result; // a block this writer does not know
         }
-        r.pos = blockEnd;
+        blockStart = blockEnd;
     }
     return result;
 }
@@ -288,7 +304,7 @@ ArchiveResult WriteRar5Archive(const QString& archivePath, const QString& source
         QFile old(archivePath);
         if (!old.open(QIODevice::ReadOnly))
             Fail(75, "Cannot read '" + archivePath + "': " + old.errorString());
-        earlier = ReadEarlier(old.readAll(), entryName);
+        earlier = ReadEarlier(old, entryName);
     }
 
     QFile source(sourceFile);
