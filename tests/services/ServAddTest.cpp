@@ -222,7 +222,7 @@ TEST_F(ServAddTest, JobCardsAndTheListOfOpenServices) {
     EXPECT_EQ(sheet->text("A2"), "Vehicle Category :");
     EXPECT_EQ(sheet->text("C2"), "Light Vehicles");
     EXPECT_EQ(sheet->text("C3"), "Toyota Hilux Ca 123-456");
-    EXPECT_EQ(sheet->text("C4"), "2024/11/05");
+    EXPECT_EQ(sheet->shown("C4"), "2024/11/05");
     EXPECT_EQ(sheet->text("C5"), "Bosch Service");
     EXPECT_EQ(sheet->number("C6"), 450);
     EXPECT_EQ(sheet->text("C7"), "Maintenance");

@@ -1,5 +1,7 @@
 #include "WorkbookReader.h"
 
+#include <QDate>
+
 #include <QDir>
 #include <QFileInfo>
 #include <QHash>
@@ -301,6 +303,13 @@ const WbCell* WbSheet::cell(const QString& ref) const {
 QString WbSheet::text(const QString& ref) const {
     const WbCell* c = cell(ref);
     return c ? c->text : QString();
+}
+
+QString WbSheet::shown(const QString& ref) const {
+    const WbCell* c = cell(ref);
+    if (c && c->isNumber() && c->style.numberFormat == QLatin1String("yyyy/mm/dd"))
+        return QDate(1899, 12, 30).addDays(static_cast<qint64>(c->number)).toString("yyyy/MM/dd");
+    return text(ref);
 }
 
 double WbSheet::number(const QString& ref) const {

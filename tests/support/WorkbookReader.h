@@ -70,6 +70,8 @@ struct WbSheet {
     const WbCell* cell(const QString& ref) const;
     QString text(const QString& ref) const;  // "" when absent
     double number(const QString& ref) const; // 0 when absent or not a number
+    // A date cell shown "yyyy/mm/dd" as its text reads ("2024/04/01"); any other cell as text() gives it.
+    QString shown(const QString& ref) const;
     bool merged(const QString& range) const { return merges.contains(range.toUpper()); }
     int lastRow() const;    // the lowest row holding a cell, 0 when none
     int lastColumn() const; // 1-based, 0 when none
