@@ -49,9 +49,10 @@ int SaveOpen(const QDate& date, int vehicle, int supplier, int category, double 
     rs->SetField("voertuigId", Value(vehicle));
     rs->SetField("reference", Value(ReferenceText(QString::number(number))));
     rs->Update();
+    // Assigned on the service's own day (the screen stamps now), so that one seed and one day give one register.
     db().Execute("UPDATE [serviceReference] SET  [serviceReference].[isassigned] = 1 ,[serviceReference].[assignDate] "
-                 "= now WHERE reference = " +
-                 QString::number(number));
+                 "= #" +
+                 date.toString("MM/dd/yyyy") + "# WHERE reference = " + QString::number(number));
     return id;
 }
 
