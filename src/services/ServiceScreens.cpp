@@ -19,5 +19,6 @@ void RegisterServiceScreens() {
     // frmAdd refills the capture screen's combos through these, loading the screen hidden when it is not loaded.
     RegisterFormRoutine("frmServAdd", "LaaiSupliers",
                         [](QWidget* form) { static_cast<frmServAdd*>(form)->LaaiSupliers(); });
-    RegisterFormRoutine("frmServAdd", "LaaiCostCat", [](QWidget* form) { static_cast<frmServAdd*>(form)->LaaiCostCat(); });
+    RegisterFormRoutine("frmServAdd", "LaaiCostCat",
+                        [](QWidget* form) { static_cast<frmServAdd*>(form)->LaaiCostCat(); });
 }
