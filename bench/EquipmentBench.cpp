@@ -99,7 +99,7 @@ int main(int argc, char** argv) {
             SetHomeFolder(dir.path());
             SetCurrentSession(&session);
             OpenSessionStore(session);
-            RunSchemaSteps(*session.db);
+            RunStartupSteps(*session.db);
             Generate(rows, 1000);
             int listed = 0;
             const double list = bench::Seconds([&] {
