@@ -5,7 +5,7 @@
 
 #include <QString>
 
-// The vehicle list's column blocks: 1 identity and use, 2 purchase and value, 3 specifications (4 to 6 the
+// The vehicle list's column blocks: 1 identity and use, 2 purchase and value, 3 sizes and build (4 to 6 the
 // same); withHead starts with make, model and registration, withTail adds the source for `ids`.
 QString VehicleStatement(int part, bool withHead, bool withTail, const QString& ids);
 void VehicleList_Show(ReportRun& run);
