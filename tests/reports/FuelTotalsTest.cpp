@@ -1,0 +1,300 @@
+// The fuel totals: litres per tank, per vehicle, driver and activity, the rebate sums, the monthly crosstab
+// and the charts after their sheets. Figures worked out by hand from the test register.
+
+#include "CommandLine.h"
+#include "FuelTotalsReports.h"
+#include "ReportSheets.h"
+#include "ReportTestStore.h"
+
+namespace {
+
+class FuelTotalsTest : public ReportStoreTest {
+protected:
+    // The register with drivers and activities: the Nissan's fills are transport (not rebated), the John
+    // Deere is driven by Piet; the Toyota is fully rebated, the John Deere half.
+    void SeedUsage() {
+        SeedRegister();
+        exec("insert into drivers (id, description) values (1, 'JAN SMIT')");
+        exec("insert into drivers (id, description) values (2, 'PIET NEL')");
+        exec("insert into activities (id, description, rebated) values (1, 'PLOUGHING', true)");
+        exec("insert into activities (id, description, rebated) values (2, 'TRANSPORT', false)");
+        exec(QString("update vecfuel set driverid = 2 where voertuigid = %1").arg(m_h1));
+        exec(QString("update vecfuel set activityid = 2 where voertuigid = %1").arg(m_k2));
+        exec(QString("update voertuig set rebated = true, rebatepct = 100 where transid = %1").arg(m_k1));
+        exec(QString("update voertuig set rebated = true, rebatepct = 50 where transid = %1").arg(m_h1));
+        exec(QString("update voertuig set rebated = true, rebatepct = 100 where transid = %1").arg(m_k2));
+        exec("update rebate set rebaterate = 300, rebatesars = 70");
+    }
+    // Previews `title` over the vehicles given by their shown names, hour list first.
+    void preview(const QString& title, const QStringList& hours, const QStringList& km, const QString& from,
+                 const QString& to) {
+        open(title);
+        for (const QString& v : hours)
+            click(m_screen->lstProd, v);
+        for (const QString& v : km)
+            click(m_screen->lstProdkm, v);
+        range(from, to);
+        QTest::mouseClick(m_screen->cmdApply, Qt::LeftButton);
+    }
+    void print() {
+        m_msgs.clear();
+        QTest::mouseClick(m_screen->cmdPrint, Qt::LeftButton);
+    }
+    static void ExpectChart(const WbSheet& chartSheet, const QString& title, const QStringList& values,
+                            const QString& categories, int rotation) {
+        ASSERT_EQ(chartSheet.charts.size(), 1u) << chartSheet.name.toStdString();
+        const WbChart& chart = chartSheet.charts[0];
+        EXPECT_EQ(chart.kind, "barChart");
+        EXPECT_EQ(chart.barDir, "col");
+        EXPECT_EQ(chart.grouping, "clustered");
+        EXPECT_EQ(chart.title, title);
+        EXPECT_EQ(chart.legendPosition, "b");
+        EXPECT_EQ(chart.categoryLabelRotation, rotation);
+        ASSERT_EQ(chart.series.size(), static_cast<size_t>(values.size()));
+        for (size_t i = 0; i < chart.series.size(); ++i) {
+            EXPECT_EQ(chart.series[i].values, values[static_cast<int>(i)]);
+            EXPECT_EQ(chart.series[i].categories, categories);
+        }
+    }
+
+    const QStringList kHours = {"JOHN DEERE (JD 1)"};
+    const QStringList kKm = {"TOYOTA (CA 1)", "NISSAN (CA 2)"};
+};
+
+TEST_F(FuelTotalsTest, TankTotalsShowTheLitresDrawnOverAllDatesAndTheLitresAvailable) {
+    SeedUsage();
+    exec(QString("update tanks set huidigevolume = 1234.5 where transid = %1").arg(m_t1));
+    struct Case {
+        const char* title;
+        const char* heading;
+        QList<QStringList> rows;
+    } cases[] = {
+        // The screen's range leaves every fill out; "Fuel Usage" reads all dates.
+        {"Fuel Usage", "Tank Number|Litres Used", {{"Main Diesel", "145.00"}, {"Petrol", "25.00"}}},
+        {"Fuel Available", "Tank Number|Litres Available", {{"Main Diesel", "1 234.50"}, {"Petrol", "0.00"}}},
+    };
+    for (const Case& c : cases) {
+        m_msgs.clear();
+        open(c.title);
+        click(m_screen->lstCatKm, "MAIN DIESEL");
+        click(m_screen->lstCatKm, "PETROL");
+        range("2030/01/01", "2030/01/31");
+        QTest::mouseClick(m_screen->cmdApply, Qt::LeftButton);
+        EXPECT_TRUE(m_msgs.shown.isEmpty()) << m_msgs.last().toStdString();
+        EXPECT_EQ(m_screen->grd3->FormatString(), c.heading);
+        ASSERT_EQ(m_screen->grd3->Rows(), c.rows.size() + 1) << c.title;
+        for (int r = 0; r < c.rows.size(); ++r)
+            EXPECT_EQ(row(r + 1), c.rows[r]) << c.title;
+        EXPECT_EQ(m_screen->lblMsg->text(), "2 Rows");
+
+        print();
+        EXPECT_EQ(m_msgs.texts(),
+                  QStringList({QString("Print %1?").arg(c.title), QString("%1 Completed").arg(c.title)}));
+        const WorkbookReader saved = book();
+        ASSERT_EQ(saved.sheetNames(), QStringList({"Fuel Tanks"}));
+        const WbSheet& s = *saved.sheet(0);
+        EXPECT_EQ(s.text("A1"), QString(c.title) + " From 2030/01/01 To 2030/01/31");
+        EXPECT_TRUE(s.merged("A1:B1"));
+        EXPECT_EQ(s.text("B2"), QString(c.heading).section('|', 1));
+        EXPECT_EQ(s.text("A3"), "Main Diesel");
+        EXPECT_EQ(s.cells.at("A3").style.horizontal, "left");
+        EXPECT_DOUBLE_EQ(s.number("B3"), c.title == QString("Fuel Usage") ? 145 : 1234.5);
+        EXPECT_EQ(s.cells.at("B4").style.horizontal, "right");
+        EXPECT_EQ(s.cells.at("B4").style.numberFormat, "### ### ##0.00");
+        EXPECT_DOUBLE_EQ(s.columnWidths.at(1), 25);
+        EXPECT_DOUBLE_EQ(s.columnWidths.at(2), 15);
+    }
+}
+
+TEST_F(FuelTotalsTest, LitresTotalsGiveAPassAndAChartPerKind) {
+    SeedUsage();
+    struct Case {
+        const char* title;
+        QList<QStringList> grid; // both kinds in one grid
+        QList<QStringList> km;   // the kilometre sheet's rows
+        QStringList hours;       // the hour sheet's one row
+    } cases[] = {
+        {"Litres Per Vehicle",
+         {{"John Deere(jd 1)", "85.00"}, {"Nissan(ca 2)", "30.00"}, {"Toyota(ca 1)", "40.00"}},
+         {{"Nissan(ca 2)", "30"}, {"Toyota(ca 1)", "40"}},
+         {"John Deere(jd 1)", "85"}},
+        {"Litres Per Driver", {{"Jan Smit", "70.00"}, {"Piet Nel", "85.00"}}, {{"Jan Smit", "70"}}, {"Piet Nel", "85"}},
+        {"Litres Per Activity",
+         {{"Ploughing", "125.00"}, {"Transport", "30.00"}},
+         {{"Ploughing", "40"}, {"Transport", "30"}},
+         {"Ploughing", "85"}},
+    };
+    for (const Case& c : cases) {
+        preview(c.title, kHours, kKm, "2024/12/01", "2025/01/31");
+        ASSERT_EQ(m_screen->grd3->Rows(), c.grid.size() + 1) << c.title;
+        for (int r = 0; r < c.grid.size(); ++r)
+            EXPECT_EQ(row(r + 1), c.grid[r]) << c.title;
+
+        print();
+        EXPECT_EQ(m_msgs.last(), QString(c.title) + " Completed");
+        const WorkbookReader saved = book();
+        ASSERT_EQ(saved.sheetNames(), QStringList({"Km", "Chart Km", "Hours", "Chart Hours"})) << c.title;
+        EXPECT_EQ(saved.activeSheet(), 0);
+        const WbSheet& km = *saved.sheet(0);
+        EXPECT_EQ(km.text("A1"), QString(c.title) + " From 2024/12/01 To 2025/01/31");
+        for (int r = 0; r < c.km.size(); ++r) {
+            EXPECT_EQ(km.text("A" + QString::number(r + 3)), c.km[r][0]) << c.title;
+            EXPECT_EQ(km.text("B" + QString::number(r + 3)), c.km[r][1]) << c.title;
+        }
+        EXPECT_EQ(km.lastRow(), 2 + c.km.size()) << c.title;
+        const QString end = QString::number(2 + c.km.size());
+        const bool one = c.km.size() == 1; // a range of one cell is written as that cell
+        ExpectChart(*saved.sheet(1), QString(c.title) + " Km", {one ? "Km!$B$3" : "Km!$B$3:$B$" + end},
+                    one ? "Km!$A$3" : "Km!$A$3:$A$" + end, 45);
+        const WbSheet& hours = *saved.sheet(2);
+        EXPECT_EQ(hours.text("A3"), c.hours[0]);
+        EXPECT_EQ(hours.text("B3"), c.hours[1]);
+        ExpectChart(*saved.sheet(3), QString(c.title) + " Hours", {"Hours!$B$3"}, "Hours!$A$3", 45);
+    }
+}
+
+TEST_F(FuelTotalsTest, RebateSheetTakesEightyPercentWhileTheGridTakesTheSetting) {
+    SeedUsage();
+    preview("Rebate Applicable", kHours, kKm, "2024/12/01", "2025/01/31");
+    // Six rebated fills (the Nissan's transport is not rebated), then the closing rows at the setting's 70%.
+    ASSERT_EQ(m_screen->grd3->Rows(), 1 + 6 + 4);
+    EXPECT_EQ(row(1), QStringList({"2024/12/05", "Jan Smit", "Ploughing", "Toyota(ca 1)", "10.00", "10.00", "0.00"}));
+    EXPECT_EQ(row(8).mid(3), QStringList({"Total Litres", "125.00", "82.50", "42.50"}));
+    EXPECT_EQ(row(9).mid(3, 2), QStringList({"70% of Litres", "57.75"}));
+    EXPECT_EQ(row(10).mid(3, 2), QStringList({"70% @ R3", "173.25"}));
+
+    print();
+    const WorkbookReader saved = book();
+    ASSERT_EQ(saved.sheetNames(), QStringList({"Km", "Hours"}));
+    struct Block {
+        int sheet;
+        double litres, rebated, nonRebated, share, worth;
+    } blocks[] = {{0, 40, 40, 0, 32, 96}, {1, 85, 42.5, 42.5, 34, 102}};
+    for (const Block& b : blocks) {
+        const WbSheet& s = *saved.sheet(b.sheet);
+        EXPECT_EQ(s.text("G2"), "Non Rebate");
+        EXPECT_EQ(s.text("D6"), "Total Litres");
+        EXPECT_DOUBLE_EQ(s.number("E6"), b.litres);
+        EXPECT_DOUBLE_EQ(s.number("F6"), b.rebated);
+        EXPECT_DOUBLE_EQ(s.number("G6"), b.nonRebated);
+        EXPECT_EQ(s.cells.at("G6").style.numberFormat, "### ### ##0.00");
+        EXPECT_EQ(s.text("D7"), "80% of Rebated Litres");
+        EXPECT_DOUBLE_EQ(s.number("E7"), b.share);
+        EXPECT_EQ(s.text("D8"), "70% @ R3");
+        EXPECT_DOUBLE_EQ(s.number("E8"), b.worth);
+        EXPECT_EQ(s.lastRow(), 8);
+        EXPECT_TRUE(s.charts.empty());
+    }
+}
+
+TEST_F(FuelTotalsTest, APassWithoutRowsGetsTheLabelAndNoTotals) {
+    SeedUsage();
+    // The Nissan's fills are all transport: its kind has nothing rebated.
+    preview("Rebate Applicable", kHours, {"NISSAN (CA 2)"}, "2024/12/01", "2025/01/31");
+    ASSERT_EQ(m_screen->grd3->Rows(), 1 + 3 + 4);
+    print();
+    const WorkbookReader saved = book();
+    ASSERT_EQ(saved.sheetNames(), QStringList({"Km", "Hours"}));
+    const WbSheet& km = *saved.sheet(0);
+    EXPECT_EQ(km.text("A3"), "No Vehicle(s) with Rebate Applicable");
+    EXPECT_TRUE(km.merged("A3:C3"));
+    EXPECT_EQ(km.lastRow(), 3);
+    EXPECT_EQ(km.text("D4"), "");
+    EXPECT_EQ(saved.sheet(1)->text("D6"), "Total Litres");
+
+    // Nothing at all: the message and the label, and nothing to print.
+    m_msgs.clear();
+    preview("Rebate Applicable", {}, {"NISSAN (CA 2)"}, "2024/12/01", "2025/01/31");
+    EXPECT_EQ(m_msgs.texts(), QStringList({"Nothing to show for Rebate Applicable"}));
+    EXPECT_EQ(m_screen->lblMsg->text(), "No Vehicle(s) with Rebate Applicable");
+    EXPECT_FALSE(m_screen->cmdPrint->isEnabled());
+}
+
+TEST_F(FuelTotalsTest, MonthlyCrosstabPutsJanuaryFirstAndChartsEverySheet) {
+    SeedUsage();
+    preview("Monthly Veh. Fuel Usage", kHours, kKm, "2024/11/01", "2025/01/31");
+    EXPECT_EQ(m_screen->lblMsg->text(), "'Print View' To view more options and Charts");
+    EXPECT_EQ(m_screen->grd3->FormatString(), "Date|JOHN DEERE(JD 1)|NISSAN(CA 2)|TOYOTA(CA 1)");
+    ASSERT_EQ(m_screen->grd3->Rows(), 4);
+    // 'mm yyyy' order: January 2025 before November and December 2024; no fill shows a nought.
+    EXPECT_EQ(row(1), QStringList({"January 2025", "35.00", "5.00", "10.00"}));
+    EXPECT_EQ(row(2), QStringList({"November 2024", "0.00", "0.00", "15.00"}));
+    EXPECT_EQ(row(3), QStringList({"December 2024", "50.00", "25.00", "30.00"}));
+
+    print();
+    EXPECT_EQ(m_msgs.last(), "Monthly Veh. Fuel Usage Completed");
+    const WorkbookReader saved = book();
+    ASSERT_EQ(saved.sheetNames(),
+              QStringList({"Litres Km", "Chart Litres Km", "Cost Km", "Chart Cost Km", "Litres Hours",
+                           "Chart Litres Hours", "Cost Hours", "Chart Cost Hours"}));
+    const WbSheet& litres = *saved.sheet(0);
+    EXPECT_EQ(litres.text("B2"), "NISSAN(CA 2)");
+    EXPECT_EQ(litres.text("A3"), "January 2025");
+    EXPECT_EQ(litres.text("A4"), "November 2024");
+    // Empty on the sheet where the grid shows a nought.
+    EXPECT_TRUE(litres.cell("B4") == nullptr || litres.cell("B4")->type.isEmpty());
+    EXPECT_DOUBLE_EQ(litres.number("C5"), 30);
+    EXPECT_EQ(litres.orientation, "landscape");
+    const WbSheet& cost = *saved.sheet(2);
+    EXPECT_DOUBLE_EQ(cost.number("B5"), 500); // 25 litres at 20
+    EXPECT_DOUBLE_EQ(cost.number("C3"), 200);
+    ExpectChart(*saved.sheet(1), "Monthly Veh. Fuel Usage Litres Km",
+                {"'Litres Km'!$B$3:$B$5", "'Litres Km'!$C$3:$C$5"}, "'Litres Km'!$A$3:$A$5", 0);
+    ExpectChart(*saved.sheet(3), "Monthly Veh. Fuel Usage Cost Km", {"'Cost Km'!$B$3:$B$5", "'Cost Km'!$C$3:$C$5"},
+                "'Cost Km'!$A$3:$A$5", 0);
+    EXPECT_EQ(saved.sheet(4)->text("A4"), "December 2024");
+    ExpectChart(*saved.sheet(7), "Monthly Veh. Fuel Usage Cost Hours", {"'Cost Hours'!$B$3:$B$4"},
+                "'Cost Hours'!$A$3:$A$4", 0);
+}
+
+TEST_F(FuelTotalsTest, AFailingChartIsReportedAndTheWorkbookStillSaved) {
+    SeedUsage();
+    ReportRun run;
+    run.title = "Litres Per Vehicle";
+    REPORT_Workbook_Initialise(true);
+    // "Chart " and this name are more than a sheet name may hold.
+    xlSheet->SetName("Litres Per Vehicle Kilometres");
+    xlSheet->Range("a2").SetValue(Value(QStringLiteral("Vehicle")));
+    xlSheet->Range("b2").SetValue(Value(QStringLiteral("Total")));
+    xlSheet->Range("a3").SetValue(Value(QStringLiteral("Toyota")));
+    xlSheet->Range("b3").SetValue(Value(40.0));
+    PrintChart(run, ChartForm::Columns, 3);
+    ASSERT_EQ(m_msgs.shown.size(), 1);
+    EXPECT_TRUE(m_msgs.shown[0].text.startsWith("Error In PrintChart:")) << m_msgs.last().toStdString();
+    EXPECT_GT(m_msgs.shown[0].text.size(), QString("Error In PrintChart:").size());
+    EXPECT_EQ(m_msgs.shown[0].buttons, MsgButtons::Ok);
+    FinishReport(run, run.title);
+    const WorkbookReader saved = book();
+    EXPECT_EQ(saved.sheet(0)->text("A3"), "Toyota");
+    EXPECT_TRUE(saved.sheet(1)->charts.empty());
+}
+
+TEST_F(FuelTotalsTest, ReportCommandGivesTheScreensRowsAndWorkbook) {
+    SeedUsage();
+    m_session.db.reset();
+    SetCurrentSession(nullptr);
+    char name[] = "orvel";
+    char* argv[] = {name, nullptr};
+    CommandLine cl;
+    cl.home = m_home.path();
+    cl.subcommand = "report";
+    const QStringList args = {"Litres Per Driver", "--all", "--from", "2024/12/01", "--to", "2025/01/31"};
+    for (const bool view : {true, false}) {
+        cl.args = view ? args + QStringList{"--view"} : args;
+        testing::internal::CaptureStdout();
+        EXPECT_EQ(RunReportCommand(cl, 1, argv), 0);
+        const QString out = QString::fromStdString(testing::internal::GetCapturedStdout());
+        if (view) {
+            EXPECT_EQ(out.split('\n', Qt::SkipEmptyParts),
+                      QStringList({"Driver\tTotal", "Jan Smit\t  70.00", "Piet Nel\t  85.00"}));
+        } else {
+            WorkbookReader saved;
+            ASSERT_TRUE(saved.open(out.trimmed())) << out.toStdString();
+            // Every vehicle of both kinds: the Massey has no fill, so the hour sheet holds Piet alone.
+            EXPECT_EQ(saved.sheetNames(), QStringList({"Km", "Chart Km", "Hours", "Chart Hours"}));
+            EXPECT_DOUBLE_EQ(saved.sheet(2)->number("B3"), 85);
+        }
+    }
+}
+
+} // namespace
