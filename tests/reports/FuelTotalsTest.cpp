@@ -297,4 +297,13 @@ TEST_F(FuelTotalsTest, ReportCommandGivesTheScreensRowsAndWorkbook) {
     }
 }
 
+// A picture of the monthly preview for the documentation; run on demand with
+// --gtest_also_run_disabled_tests (ORVEL_SCREENSHOTS names the folder).
+TEST_F(FuelTotalsTest, DISABLED_Screenshots) {
+    SeedUsage();
+    preview("Monthly Veh. Fuel Usage", kHours, kKm, "2024/11/01", "2025/01/31");
+    m_screen->resize(1000, 640);
+    EXPECT_TRUE(m_screen->grab().save(qEnvironmentVariable("ORVEL_SCREENSHOTS", "/tmp") + "/monthly-usage.png"));
+}
+
 } // namespace
