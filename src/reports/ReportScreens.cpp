@@ -1,6 +1,7 @@
 #include "ReportScreens.h"
 
 #include "Database.h"
+#include "FuelUsageReports.h"
 #include "QueryHelpers.h"
 #include "ReportLists.h"
 #include "ReportRegistry.h"
@@ -68,4 +69,5 @@ void RegisterReportScreens() {
     RegisterReport("Summary per Fuel Tank", {ShowSummary, ShowSummary_Print, {}, {}});
     RegisterReport("Detail per Fuel Tank", {ShowDetail, ShowDetail_Print, {}, {}});
     RegisterReportLists();
+    RegisterFuelUsageLineReports();
 }
