@@ -1,5 +1,9 @@
 #include "BenchSupport.h"
 
+#include "HomeFolder.h"
+#include "Session.h"
+#include "StoreStartup.h"
+
 #include <QElapsedTimer>
 #include <QFile>
 #include <algorithm>
@@ -46,6 +50,14 @@ int Report(const QString& file, const QString& text) {
 int Failed(const NumberedError& e) {
     std::fprintf(stderr, "error %d: %s\n", e.number(), qPrintable(e.description()));
     return 1;
+}
+
+void StartStore(Session& session, const QString& home) {
+    session.home = home;
+    SetHomeFolder(home);
+    SetCurrentSession(&session);
+    OpenSessionStore(session);
+    RunSchemaSteps(*session.db);
 }
 
 } // namespace bench

@@ -67,11 +67,7 @@ double InsertFloor(Database& store, int runs) {
 Figures OneSize(int fuelRows) {
     QTemporaryDir home;
     Session s;
-    s.home = home.path();
-    SetHomeFolder(home.path());
-    SetCurrentSession(&s);
-    OpenSessionStore(s);
-    RunSchemaSteps(*s.db);
+    bench::StartStore(s, home.path());
     s.ClosedDate = QDateTime(QDate(2000, 1, 1), QTime(0, 0));
     RegisterShape shape;
     shape.fuelRows = fuelRows;

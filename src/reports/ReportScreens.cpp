@@ -2,6 +2,7 @@
 
 #include "Database.h"
 #include "FuelTotalsReports.h"
+#include "FuelUsageReports.h"
 #include "QueryHelpers.h"
 #include "ReportLists.h"
 #include "ReportRegistry.h"
@@ -70,4 +71,5 @@ void RegisterReportScreens() {
     RegisterReport("Detail per Fuel Tank", {ShowDetail, ShowDetail_Print, {}, {}});
     RegisterReportLists();
     RegisterFuelTotalsReports();
+    RegisterFuelUsageLineReports();
 }

@@ -57,7 +57,7 @@ void ReportPageSetup(const XlRef<XlWorksheet>& sheet, int orientation) {
     REPORT_PageSetup(sheet, "$1:$2", "A:A", "Date &D Time &T", "Page #&P Of &N Pages", orientation, "");
 }
 
-QString FinishReport(const ReportRun& run, const QString& name) {
+QString FinishReport(const ReportRun& run, const QString& name, const QString& completed) {
     run.Message("Saving Workbook");
     run.Progress(100);
     const QString path = REPORT_SaveReport(xlApp, "Reports", name);
@@ -66,7 +66,7 @@ QString FinishReport(const ReportRun& run, const QString& name) {
     REPORT_Workbook_Terminate();
     run.ProgressVisible(false);
     run.Message("");
-    MsgBox(name + " Completed", MsgButtons::Ok, MsgIcon::Information);
+    MsgBox(completed.isEmpty() ? name + " Completed" : completed, MsgButtons::Ok, MsgIcon::Information);
     return path;
 }
 

@@ -23,8 +23,9 @@ void WriteFieldHeadings(const XlRef<XlWorksheet>& sheet, Recordset& rs, double h
 void WriteHeadings(const XlRef<XlWorksheet>& sheet, const QStringList& headings, double height = 50);
 // The page set-up that every report passes: title rows 1 and 2, column A, date and page headers.
 void ReportPageSetup(const XlRef<XlWorksheet>& sheet, int orientation = xl::Portrait);
-// Saves the book in "Reports" as `name`, shows it, releases it and tells "<name> Completed". Returns the path.
-QString FinishReport(const ReportRun& run, const QString& name);
+// Saves the book in "Reports" as `name`, shows it, releases it and tells "<name> Completed" (or `completed` when
+// given). Returns the path.
+QString FinishReport(const ReportRun& run, const QString& name, const QString& completed = QString());
 
 // The grid-to-sheet copy: sheet `sheetName`, row 1 the report's name with the dates across a to `lastColumn`,
 // row 2 the grid's headings, then the grid's rows cell by cell; the columns in `rightColumns` (1-based)

@@ -88,7 +88,7 @@ TEST_F(FuelUsageStatementTest, DetailedUsageAndPumpReadings) {
     SeedUsage();
     QStringList names;
     const auto detailed = rows(usage("Detailed Veh. Fuel Usage", true), &names);
-    EXPECT_EQ(names, QStringList({"Date", "Tank", "Category", "Vehicle", "Driver", "Activity", "litres",
+    EXPECT_EQ(names, QStringList({"Date", "Tank", "Category", "Vehicle", "Driver", "Activity", "Litres",
                                   "Km/Hours Read", "Prev Km", "Km", "Km/l", "L/100 Km", "Cost/Litre", "Cost/Km"}));
     ASSERT_EQ(detailed.size(), 7);
     // 2024/12/20: 200 km on 20 litres at R20.
@@ -96,7 +96,7 @@ TEST_F(FuelUsageStatementTest, DetailedUsageAndPumpReadings) {
                                         "20", "1300", "1100", "200", "10", "10", "20", "2"}));
 
     const auto view = rows(usage("Pump Readings", true, false), &names);
-    EXPECT_EQ(names.mid(6), QStringList({"litres", "Pump Reading Before", "Pump Reading After"}));
+    EXPECT_EQ(names.mid(6), QStringList({"Litres", "Pump Reading Before", "Pump Reading After"}));
     EXPECT_EQ(view[2], QStringList({"2024/12/10", "Petrol", "Bakkies", "NISSAN(CA 2)", "JAN SMIT", "PLOUGHING", "25",
                                     "0", "25"}));
     rows(usage("Pump Readings", true, true), &names);
