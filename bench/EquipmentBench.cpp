@@ -14,6 +14,7 @@
 #include <QDir>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
+#include <algorithm>
 #include <sqlite3.h>
 
 namespace {
@@ -34,10 +35,13 @@ void Generate(int rows, int open) {
     const QDate first(2005, 1, 1);
     int pairs = (rows - items - open) / 2;
     long long id = items;
-    for (int n = 0; n < pairs + open; ++n) {
+    // Every stride-th book-out stays open, spread over the twenty years, until `open` of them are.
+    const int bookOuts = pairs + open;
+    const int stride = open > 0 ? std::max(1, bookOuts / open) : 0;
+    for (int n = 0; n < bookOuts; ++n) {
         const int item = random.bounded(1, items + 1);
-        const QString day = first.addDays(n * 7300LL / (pairs + open)).toString("''yyyy/MM/dd''");
-        const bool stays = n % ((pairs + open) / open) == 0 && open > 0;
+        const QString day = first.addDays(n * 7300LL / bookOuts).toString("''yyyy/MM/dd''");
+        const bool stays = open > 0 && n % stride == 0;
         db().Execute("insert into equipmenttrans (sortdate, trdate, equipid, actionid, trdesc, trqty, tramount, "
                      "trclosed, stocktakeid) values (" +
                      day + "," + day + "," + QString::number(item) + ", 2, 'Person', -2, 0, " + (stays ? "0" : "-1") +

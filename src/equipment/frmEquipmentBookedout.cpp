@@ -18,6 +18,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -28,7 +29,11 @@ frmEquipmentBookedout::frmEquipmentBookedout(QWidget* parent) : QWidget(parent) 
     resize(1060, 600);
     CurrentSession().EquipmentMode = kStockTake;
     FillEquipmentCategories(list1, kAllEquipmentCategories);
-    list1->setCurrentRow(0);
+    {
+        // Picking the first entry is no change of category: the list is read once, below, with its dates primed.
+        const QSignalBlocker quiet(list1);
+        list1->setCurrentRow(0);
+    }
     PrimeDates();
     LoadBookedOut();
 }

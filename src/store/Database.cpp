@@ -123,6 +123,36 @@ void DatabaseImpl::exec(const QString& sql) const {
     }
 }
 
+std::shared_ptr<const SqlitePlan> DatabaseImpl::translate(const QString& statement) {
+    // A text with a different literal is a different key: plans are kept only for texts met exactly.
+    constexpr qsizetype kMostPlans = 512;
+    const int version = m_catalog.schemaVersion();
+    if (version != m_plansSchemaVersion || version == -1) {
+        m_plans.clear();
+        m_plansSchemaVersion = version;
+    }
+    if (const auto found = m_plans.constFind(statement); found != m_plans.cend())
+        return *found;
+    std::shared_ptr<const SqlitePlan> plan;
+    {
+        const SqliteCatalog::Hold hold(m_catalog, version);
+        plan = std::make_shared<const SqlitePlan>(TranslateJet(statement, m_catalog));
+    }
+    ++translationsMade;
+    // Texts with their values spliced in rarely come again: past the limit the kept plans start over.
+    if (m_plans.size() >= kMostPlans)
+        m_plans.clear();
+    if (version != -1)
+        m_plans.insert(statement, plan);
+    return plan;
+}
+
+void DatabaseImpl::schemaMayHaveChanged() {
+    m_catalog.invalidate();
+    m_plans.clear();
+    m_plansSchemaVersion = -1;
+}
+
 std::array<std::int64_t, 3> DatabaseImpl::StoreStamp() const {
     auto pragma = [&](const char* sql) {
         std::int64_t v = 0;
@@ -227,8 +257,8 @@ sqlite3* Database::handle() const {
 }
 
 void Database::Execute(const QString& statement) {
-    const SqlitePlan plan = TranslateJet(statement, m_impl->catalog());
-    ExecutePlan(*m_impl, plan);
+    const std::shared_ptr<const SqlitePlan> plan = m_impl->translate(statement);
+    ExecutePlan(*m_impl, *plan);
 }
 
 int Database::RecordsAffected() const {
@@ -236,8 +266,8 @@ int Database::RecordsAffected() const {
 }
 
 bool Database::ReturnsRows(const QString& statement) const {
-    const SqlitePlan plan = TranslateJet(statement, m_impl->catalog());
-    return plan.kind == SqlitePlan::Kind::Query || plan.kind == SqlitePlan::Kind::Crosstab;
+    const SqlitePlan::Kind kind = m_impl->translate(statement)->kind;
+    return kind == SqlitePlan::Kind::Query || kind == SqlitePlan::Kind::Crosstab;
 }
 
 QStringList Database::TableNames() const {
@@ -312,7 +342,8 @@ void Database::CreateIndex(const QString& table, const IndexDef& index) {
 }
 
 void Database::RefreshTableDefs() {
-    // The catalog follows SQLite's schema version, so a refresh only has to make it look again.
+    // The catalog follows SQLite's schema version; a refresh makes it read the schema afresh.
+    m_impl->schemaMayHaveChanged();
     m_impl->catalog().tableNames();
 }
 
@@ -351,6 +382,7 @@ void Database::Rollback() {
     if (m_impl->transactionDepth == 0)
         throw DbError(3034, "You tried to commit or rollback a transaction without first beginning a transaction.");
     --m_impl->transactionDepth;
+    m_impl->schemaMayHaveChanged(); // a definition rolled back brings an earlier schema version back
     if (m_impl->transactionDepth == 0) {
         m_impl->exec("ROLLBACK");
     } else {
@@ -430,7 +462,8 @@ Value RowView::value(int column) const {
 }
 
 void Database::ForEachRow(const QString& statement, const std::function<void(const RowView&)>& visit) {
-    const SqlitePlan plan = TranslateJet(statement, m_impl->catalog());
+    const std::shared_ptr<const SqlitePlan> translated = m_impl->translate(statement);
+    const SqlitePlan& plan = *translated;
     if (plan.kind != SqlitePlan::Kind::Query)
         throw DbError(3219, "Invalid operation.");
     Statement s = m_impl->prepare(plan.sql);

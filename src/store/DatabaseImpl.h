@@ -5,6 +5,7 @@
 #include "Database.h"
 #include "SqliteCatalog.h"
 
+#include <QHash>
 #include <QString>
 #include <array>
 #include <functional>
@@ -50,11 +51,21 @@ struct ResultSet {
 class DatabaseImpl {
 public:
     explicit DatabaseImpl(sqlite3* db, QString path) : m_db(db), m_path(std::move(path)), m_catalog(db) {}
-    ~DatabaseImpl() { sqlite3_close_v2(m_db); }
+    ~DatabaseImpl() {
+        m_catalog.release();
+        sqlite3_close_v2(m_db);
+    }
 
     sqlite3* db() const { return m_db; }
     const QString& path() const { return m_path; }
     SqliteCatalog& catalog() { return m_catalog; }
+
+    // What the dialect layer makes of a statement. A text met before under the same schema is not parsed again:
+    // the routines that run one statement per row pay the translation once.
+    std::shared_ptr<const SqlitePlan> translate(const QString& statement);
+    // After a definition or a rollback: what was read or translated may no longer hold.
+    void schemaMayHaveChanged();
+    int translationsMade = 0; // statements parsed and emitted since the store opened, for tests of the cache
 
     // Throws the DbError that SQLite's failure stands for.
     Statement prepare(const QString& sql) const;
@@ -92,6 +103,8 @@ private:
     sqlite3* m_db;
     QString m_path;
     SqliteCatalog m_catalog;
+    int m_plansSchemaVersion = -1;
+    QHash<QString, std::shared_ptr<const SqlitePlan>> m_plans;
 };
 
 // SQLite's message for a failure in Jet's terms.

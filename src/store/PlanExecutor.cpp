@@ -1,5 +1,6 @@
 #include "PlanExecutor.h"
 
+#include <QHash>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -15,9 +16,10 @@ DbError itemNotFound() {
 // A group of writes that stands or falls together, inside whatever transaction is open.
 class Savepoint {
 public:
-    explicit Savepoint(const DatabaseImpl& impl) : m_impl(impl) { m_impl.exec("SAVEPOINT orvel_statement"); }
+    explicit Savepoint(DatabaseImpl& impl) : m_impl(impl) { m_impl.exec("SAVEPOINT orvel_statement"); }
     ~Savepoint() {
         if (!m_done) {
+            m_impl.schemaMayHaveChanged();
             try {
                 m_impl.exec("ROLLBACK TO orvel_statement");
                 m_impl.exec("RELEASE orvel_statement");
@@ -32,7 +34,7 @@ public:
     }
 
 private:
-    const DatabaseImpl& m_impl;
+    DatabaseImpl& m_impl;
     bool m_done = false;
 };
 
@@ -314,10 +316,16 @@ QString rowidQuery(DatabaseImpl& impl, const QString& sql, QString* table) {
         return QString();
     // Plain rowid serves a single table; a join or an alias needs it qualified.
     QStringList qualifiers = {QString(), QuoteName(origin) + "."};
-    const QRegularExpression aliasOf(
-        QString(R"((?:FROM|JOIN)\s+(?:"%1"|\[%1\]|%1)\s+(?:AS\s+)?(\[[^\]]+\]|"[^"]+"|[A-Za-z_]\w*))")
-            .arg(QRegularExpression::escape(origin)),
-        QRegularExpression::CaseInsensitiveOption);
+    // One pattern per table, made once: GetScalar and every dynaset of the register come through here.
+    static QHash<QString, QRegularExpression> aliasPatterns;
+    auto pattern = aliasPatterns.constFind(origin);
+    if (pattern == aliasPatterns.cend())
+        pattern = aliasPatterns.insert(
+            origin, QRegularExpression(
+                        QString(R"((?:FROM|JOIN)\s+(?:"%1"|\[%1\]|%1)\s+(?:AS\s+)?(\[[^\]]+\]|"[^"]+"|[A-Za-z_]\w*))")
+                            .arg(QRegularExpression::escape(origin)),
+                        QRegularExpression::CaseInsensitiveOption));
+    const QRegularExpression& aliasOf = *pattern;
     static const QStringList keywords = {"where", "inner", "left",  "right", "join",    "on",    "order",
                                          "group", "union", "limit", "cross", "natural", "outer", "having"};
     if (const auto a = aliasOf.match(sql); a.hasMatch() && !keywords.contains(a.captured(1).toLower()))
@@ -562,8 +570,9 @@ void DropIndex(DatabaseImpl& impl, const QString& table, const QString& name) {
     throw itemNotFound();
 }
 
-void ExecutePlan(DatabaseImpl& impl, const SqlitePlan& plan) {
-    impl.recordsAffected = 0;
+namespace {
+
+void RunPlan(DatabaseImpl& impl, const SqlitePlan& plan) {
     switch (plan.kind) {
     case SqlitePlan::Kind::Query:
     case SqlitePlan::Kind::Crosstab:
@@ -615,6 +624,24 @@ void ExecutePlan(DatabaseImpl& impl, const SqlitePlan& plan) {
         DropIndex(impl, plan.table, plan.indexName);
         return;
     }
+}
+
+} // namespace
+
+void ExecutePlan(DatabaseImpl& impl, const SqlitePlan& plan) {
+    impl.recordsAffected = 0;
+    const bool definition = plan.kind != SqlitePlan::Kind::Command && plan.kind != SqlitePlan::Kind::Query &&
+                            plan.kind != SqlitePlan::Kind::Crosstab;
+    if (!definition) {
+        RunPlan(impl, plan);
+        return;
+    }
+    // Whether a definition goes through or fails half-way, what was read of the schema is read again.
+    struct Forget {
+        DatabaseImpl& impl;
+        ~Forget() { impl.schemaMayHaveChanged(); }
+    } forget{impl};
+    RunPlan(impl, plan);
 }
 
 ResultSet QueryPlan(DatabaseImpl& impl, const SqlitePlan& plan, bool withRowid, QString* updatableTable) {

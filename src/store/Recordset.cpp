@@ -747,9 +747,9 @@ std::unique_ptr<Recordset> openRecordset(DatabaseImpl& db, const QString& source
         const QString statement = stored.isEmpty() ? source : "SELECT * FROM [" + stored + "]";
         if (!name.isEmpty() && stored.isEmpty() && !source.contains(' '))
             throw DbError(3078, QString("Cannot find the input table or query '%1'.").arg(name));
-        const SqlitePlan plan = TranslateJet(statement, db.catalog());
+        const std::shared_ptr<const SqlitePlan> plan = db.translate(statement);
         QString base;
-        ResultSet rows = QueryPlan(db, plan, type == RecordsetType::Dynaset, &base);
+        ResultSet rows = QueryPlan(db, *plan, type == RecordsetType::Dynaset, &base);
         impl->load(std::move(rows), base);
     }
     return std::make_unique<Recordset>(std::move(impl));

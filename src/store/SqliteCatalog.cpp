@@ -57,15 +57,54 @@ bool EnsureWorkingIndexes(sqlite3* db) {
     return made;
 }
 
+SqliteCatalog::~SqliteCatalog() {
+    release();
+}
+
+void SqliteCatalog::release() {
+    sqlite3_finalize(m_versionStatement);
+    m_versionStatement = nullptr;
+}
+
+int SqliteCatalog::schemaVersion() const {
+    // Asked before every look-up, so the statement is prepared once and run again.
+    if (!m_versionStatement &&
+        sqlite3_prepare_v2(m_db, "PRAGMA schema_version", -1, &m_versionStatement, nullptr) != SQLITE_OK) {
+        sqlite3_finalize(m_versionStatement);
+        m_versionStatement = nullptr;
+        return -1;
+    }
+    const int version = sqlite3_step(m_versionStatement) == SQLITE_ROW ? sqlite3_column_int(m_versionStatement, 0) : -1;
+    sqlite3_reset(m_versionStatement);
+    return version;
+}
+
+void SqliteCatalog::invalidate() {
+    m_schemaVersion = -1;
+}
+
+SqliteCatalog::Hold::Hold(const SqliteCatalog& catalog, int version) : m_catalog(catalog), m_wasHeld(catalog.m_held) {
+    m_catalog.refreshTo(version);
+    m_catalog.m_held = version != -1;
+}
+
+SqliteCatalog::Hold::~Hold() {
+    m_catalog.m_held = m_wasHeld;
+}
+
 void SqliteCatalog::refreshIfChanged() const {
-    int version = -1;
-    eachRow(m_db, "PRAGMA schema_version", [&](sqlite3_stmt* s) { version = sqlite3_column_int(s, 0); });
+    if (!m_held)
+        refreshTo(schemaVersion());
+}
+
+void SqliteCatalog::refreshTo(int version) const {
     if (version == m_schemaVersion && version != -1)
         return;
     m_schemaVersion = version;
     m_tables.clear();
     m_tableOrder.clear();
     m_columns.clear();
+    m_translatorColumns.clear();
     eachRow(
         m_db,
         "SELECT name FROM sqlite_schema WHERE type = 'table' AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY rowid",
@@ -118,9 +157,15 @@ const std::vector<ColumnInfo>& SqliteCatalog::columnInfo(const QString& table) c
 }
 
 std::vector<SchemaCatalog::Column> SqliteCatalog::columns(const QString& table) const {
+    const std::vector<ColumnInfo>& info = columnInfo(table); // refreshes first, so the copy below is current
+    const QString key = table.toLower();
+    if (const auto found = m_translatorColumns.constFind(key); found != m_translatorColumns.cend())
+        return *found;
     std::vector<Column> out;
-    for (const auto& c : columnInfo(table))
+    for (const auto& c : info)
         out.push_back({c.name, c.type.kind == JetKind::Unknown ? c.declared : JetDeclaredWord(c.type)});
+    if (!info.empty())
+        m_translatorColumns.insert(key, out);
     return out;
 }
 

@@ -12,6 +12,7 @@
 #include <vector>
 
 struct sqlite3;
+struct sqlite3_stmt;
 
 // Indexes the store keeps for its own look-ups, where a statement the register runs would otherwise scan a
 // table once per row (the returns of each open book-out). They carry this prefix, are never listed as the
@@ -41,6 +42,9 @@ struct IndexInfo {
 class SqliteCatalog : public SchemaCatalog {
 public:
     explicit SqliteCatalog(sqlite3* db) : m_db(db) {}
+    ~SqliteCatalog() override;
+    SqliteCatalog(const SqliteCatalog&) = delete;
+    SqliteCatalog& operator=(const SqliteCatalog&) = delete;
 
     bool hasTable(const QString& table) const override;
     std::vector<Column> columns(const QString& table) const override;
@@ -54,8 +58,31 @@ public:
 
     static QString storedIndexName(const QString& table, const QString& index);
 
+    // SQLite's schema version as the connection sees it now (-1 when it cannot be read). What the catalog holds,
+    // and what was translated against it, stands while this stays the same.
+    int schemaVersion() const;
+    // Forgets what was read, for a change the version may not show (a rollback brings an earlier number back).
+    void invalidate();
+    // Finalizes the catalog's own statement; called before the connection closes.
+    void release();
+
+    // For the length of one translation, which asks about many tables and columns and changes nothing: the version
+    // is read once, and the catalog answers from what it holds for that version.
+    class Hold {
+    public:
+        explicit Hold(const SqliteCatalog& catalog, int version);
+        ~Hold();
+        Hold(const Hold&) = delete;
+        Hold& operator=(const Hold&) = delete;
+
+    private:
+        const SqliteCatalog& m_catalog;
+        bool m_wasHeld;
+    };
+
 private:
     void refreshIfChanged() const;
+    void refreshTo(int version) const;
 
     sqlite3* m_db;
     mutable int m_schemaVersion = -1;
@@ -63,4 +90,7 @@ private:
     mutable QStringList m_tableOrder;
     // lower-case name -> columns; a std::map, so that a reference handed out survives later look-ups
     mutable std::map<QString, std::vector<ColumnInfo>> m_columns;
+    mutable QHash<QString, std::vector<Column>> m_translatorColumns; // lower-case name -> columns() as handed out
+    mutable sqlite3_stmt* m_versionStatement = nullptr;
+    mutable bool m_held = false;
 };

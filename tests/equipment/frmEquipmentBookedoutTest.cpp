@@ -1,6 +1,7 @@
 // The list of open book-outs and the book-in that starts from it: part, exact, excess, earlier-dated and same-day
 // returns, the remainder in brackets, the header sort and the empty list.
 #include "frmEquipmentBookedout.h"
+#include "Database.h"
 #include "EquipmentScreens.h"
 #include "EquipmentTestStore.h"
 #include "FlexGrid.h"
@@ -13,6 +14,7 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QTest>
+#include <sqlite3.h>
 
 namespace {
 
@@ -168,4 +170,31 @@ TEST_F(BookedOutTest, HeaderClickSortsAndAnEmptyListSaysSo) {
     s->LoadBookedOut();
     EXPECT_EQ(s->lblMessage->text(), "No Items Booked Out");
     EXPECT_FALSE(s->cmdPrint->isEnabled());
+}
+
+TEST_F(BookedOutTest, OpeningReadsTheListOnceAndAPickedCategoryReadsItAgain) {
+    // Counts the statements SQLite starts: the look-up of the open ids, and one balance per book-out.
+    struct Counts {
+        int openIds = 0;
+        int balances = 0;
+    } counts;
+    sqlite3_trace_v2(
+        db().handle(), SQLITE_TRACE_STMT,
+        [](unsigned, void* context, void* statement, void*) -> int {
+            auto* c = static_cast<Counts*>(context);
+            const QString sql = QString::fromUtf8(sqlite3_sql(static_cast<sqlite3_stmt*>(statement))).toLower();
+            c->openIds += sql.contains("in (2)") && sql.startsWith("select") ? 1 : 0;
+            c->balances += sql.contains("union all") ? 1 : 0;
+            return 0;
+        },
+        &counts);
+    auto s = openList();
+    EXPECT_EQ(counts.openIds, 1);
+    EXPECT_EQ(counts.balances, 2);
+    EXPECT_EQ(s->flg->Rows(), 3);
+
+    s->list1->setCurrentRow(1);
+    EXPECT_EQ(counts.openIds, 2);
+    EXPECT_EQ(counts.balances, 4);
+    sqlite3_trace_v2(db().handle(), 0, nullptr, nullptr);
 }

@@ -5,7 +5,6 @@
 #include "JetParser.h"
 
 #include <QHash>
-#include <QRegularExpression>
 #include <QSet>
 #include <algorithm>
 #include <functional>
@@ -55,6 +54,16 @@ bool isConstant(const Expr& e) {
     default:
         return false;
     }
+}
+
+// The first word of a declared type in capitals: "TEXT(50) COLLATE NOCASE" gives "TEXT". Asked for every column a
+// statement names, so no pattern is built for it.
+QString typeWordOf(const QString& declared) {
+    const QString word = declared.trimmed().toUpper();
+    for (qsizetype i = 0; i < word.size(); ++i)
+        if (word[i] == QLatin1Char(' ') || word[i] == QLatin1Char('('))
+            return word.left(i);
+    return word;
 }
 
 bool isComparisonOp(const QString& op) {
@@ -127,6 +136,15 @@ public:
 private:
     const QString& m_source;
     const SchemaCatalog& m_catalog;
+    // The columns of each table this statement names, asked of the catalog once (lower-case name -> columns).
+    mutable QHash<QString, std::vector<SchemaCatalog::Column>> m_columnsSeen;
+    const std::vector<SchemaCatalog::Column>& columnsOf(const QString& table) const {
+        const QString key = table.toLower();
+        auto found = m_columnsSeen.find(key);
+        if (found == m_columnsSeen.end())
+            found = m_columnsSeen.insert(key, m_catalog.columns(table));
+        return *found;
+    }
     bool m_inPivotCell = false; // aggregates take their rows only under the pivot condition
 
     // The tables in reach of a column name: one list per select level, innermost last.
@@ -368,7 +386,7 @@ QString Emitter::declaredTypeOf(const Expr& e) const {
                     return {};
                 continue;
             }
-            for (const SchemaCatalog::Column& col : m_catalog.columns(entry.table))
+            for (const SchemaCatalog::Column& col : columnsOf(entry.table))
                 if (col.name.compare(e.text, Qt::CaseInsensitive) == 0)
                     return col.declaredType;
             if (!e.qualifier.isEmpty())
@@ -406,9 +424,7 @@ bool Emitter::caseless(const Expr& e) const {
             QStringLiteral("BIT"),      QStringLiteral("YESNO"),   QStringLiteral("BOOLEAN"), QStringLiteral("COUNTER"),
             QStringLiteral("DATETIME"), QStringLiteral("DATE"),
         };
-        const QString declared = declaredTypeOf(e).trimmed().toUpper();
-        const qsizetype cut = declared.indexOf(QRegularExpression(QStringLiteral("[ (]")));
-        return words.contains(cut < 0 ? declared : declared.left(cut));
+        return words.contains(typeWordOf(declaredTypeOf(e)));
     }
     case ExprKind::Unary:
         return e.op != QLatin1String("+") || caseless(*e.args[0]);
@@ -457,12 +473,10 @@ QString Emitter::valueFor(const Expr& value, bool dateTimeTarget) {
 char Emitter::storeKindOf(const QString& table, const QString& column) const {
     if (!m_catalog.hasTable(table))
         return 0;
-    for (const SchemaCatalog::Column& col : m_catalog.columns(table)) {
+    for (const SchemaCatalog::Column& col : columnsOf(table)) {
         if (col.name.compare(column, Qt::CaseInsensitive) != 0)
             continue;
-        QString word = col.declaredType.trimmed().toUpper();
-        if (const qsizetype cut = word.indexOf(QRegularExpression(QStringLiteral("[ (]"))); cut >= 0)
-            word = word.left(cut);
+        const QString word = typeWordOf(col.declaredType);
         static const QSet<QString> whole = {QStringLiteral("SHORT"),   QStringLiteral("LONG"),
                                             QStringLiteral("INTEGER"), QStringLiteral("INT"),
                                             QStringLiteral("COUNTER"), QStringLiteral("BYTE")};
