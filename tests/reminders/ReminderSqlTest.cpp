@@ -1,4 +1,4 @@
-// The reminder statement: its exact text for each kind and flag, the calendar months of its period, and the rows
+// The reminder statement: the calendar months of its period, and the rows
 // it finds around a day.
 #include "ReminderSql.h"
 #include "ReminderTestStore.h"
@@ -16,29 +16,6 @@ protected:
         return out;
     }
 };
-
-TEST_F(ReminderSqlTest, TextsOfEachKindAndFlag) {
-    m_session.ReminderKind = "vehicle";
-    const QString p = "Between '2024/09/15' and '2025/01/15'";
-    EXPECT_EQ(BuildReminderSql("2024/11/15", 2, 2, true, true, false),
-              "Select maak, Model,regnr ,licenceduedate from  voertuig where licenceduedate " + p +
-                  " or serviceduedate  " + p + " order by maak,model,regnr");
-    EXPECT_EQ(BuildReminderSql("2024/11/15", 2, 2, false, true, true),
-              "Select maak as [Make], Model,regnr as [Registration Nr],licenceduedate from  voertuig where "
-              "licenceduedate  " +
-                  p + " order by maak,model,regnr");
-    EXPECT_EQ(BuildReminderSql("2024/11/15", 2, 2, false, false, false),
-              "Select maak, Model,regnr ,serviceduedate from  voertuig where serviceduedate  " + p +
-                  " order by maak,model,regnr");
-    m_session.ReminderKind = "pdp";
-    EXPECT_EQ(BuildReminderSql("2024/11/15", 2, 2, false, false, false),
-              "SELECT  [pdpid],[id],[surname],[firstname], [pdpdate]From [pdp] where pdpdate  " + p +
-                  " order by surname,firstname");
-    EXPECT_EQ(BuildReminderSql("2024/11/15", 2, 2, true, true, true),
-              "SELECT [id] as [Identity Ref],[Surname] ,[firstname] as [First Names], [pdpdate] as [Renewal "
-              "Date]From [pdp] where pdpdate  " +
-                  p + " order by surname,firstname");
-}
 
 TEST_F(ReminderSqlTest, PeriodInCalendarMonths) {
     m_session.ReminderKind = "pdp";

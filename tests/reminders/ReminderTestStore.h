@@ -1,39 +1,17 @@
 #pragma once
-// A fresh store in a temporary home for the reminder and permit screens, with a scripted message service.
+// The vehicle register's test store for the reminder and permit screens: vehicles and permits falling due
+// some days from today.
 
-#include "Database.h"
-#include "HomeFolder.h"
-#include "QueryHelpers.h"
+#include "../vehicles/VehicleTestStore.h"
 #include "ScreenRegistry.h"
-#include "ScriptedMessageService.h"
-#include "Session.h"
-#include "StoreStartup.h"
-#include "TempHome.h"
 
-#include <QApplication>
 #include <QDate>
-#include <QTimer>
-#include <QWidget>
-#include <functional>
-#include <gtest/gtest.h>
 
-inline void PrintTo(const QStringList& list, std::ostream* os) {
-    *os << '[' << list.join("|").toStdString() << ']';
-}
-
-class ReminderStoreTest : public ::testing::Test {
+class ReminderStoreTest : public VehicleStoreTest {
 protected:
-    void SetUp() override {
-        m_session.home = m_home.path();
-        SetHomeFolder(m_home.path());
-        SetCurrentSession(&m_session);
-        OpenSessionStore(m_session);
-        RunSchemaSteps(*m_session.db);
-    }
     void TearDown() override {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        m_session.db.reset();
-        SetCurrentSession(nullptr);
+        VehicleStoreTest::TearDown();
     }
 
     static QString day(int offset) { return QDate::currentDate().addDays(offset).toString("yyyy/MM/dd"); }
@@ -48,25 +26,4 @@ protected:
         exec(QString("insert into pdp (id, surname, firstname, pdpdate) values ('%1', '%2', '%3', '%4')")
                  .arg(id, surname, first, date));
     }
-
-    void exec(const QString& sql) { m_session.db->Execute(sql); }
-    QString scalar(const QString& sql) { return GetScalar(*m_session.db, sql, "", 0, "<error>"); }
-
-    // Runs `act` on the modal dialog that the next step opens, once it is up.
-    static void WhenModalOpens(std::function<void(QWidget*)> act) {
-        auto* poll = new QTimer;
-        poll->setInterval(10);
-        QObject::connect(poll, &QTimer::timeout, [poll, act] {
-            if (QWidget* modal = QApplication::activeModalWidget()) {
-                poll->stop();
-                poll->deleteLater();
-                act(modal);
-            }
-        });
-        poll->start();
-    }
-
-    TempHome m_home;
-    Session m_session;
-    ScriptedMessageService m_messages;
 };

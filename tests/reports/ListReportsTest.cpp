@@ -87,6 +87,12 @@ TEST_F(ListReportsTest, PurchasesListAndWorkbookSumLitresAndRands) {
     EXPECT_EQ(s.text("E2"), "Litres Added");
     EXPECT_DOUBLE_EQ(s.number("E5"), 1500);
     EXPECT_DOUBLE_EQ(s.number("F5"), 30000);
+    // Dates are date cells; the report's own layout is portrait, one page wide.
+    ASSERT_TRUE(s.cell("B3")->isNumber());
+    EXPECT_DOUBLE_EQ(s.number("B3"), 45597); // 2024/11/01
+    EXPECT_EQ(s.cell("B3")->style.numberFormat, "yyyy/mm/dd");
+    EXPECT_TRUE(s.fitToPage);
+    EXPECT_EQ(s.orientation, "portrait");
 }
 
 TEST_F(ListReportsTest, StockTakeWorkbookIsTheGridCopied) {
@@ -142,26 +148,7 @@ TEST_F(ListReportsTest, EquipmentAndStockListsTakeTheirDatesFromTheVehicles) {
     EXPECT_EQ(row(2), QStringList({"TOTAL", "", "", "50.00", "60.00"}));
 }
 
-} // namespace
-
-namespace {
-
-TEST_F(ListReportsTest, DatesBecomeDateCellsAndSheetsWithoutLayoutFitOnePageWide) {
-    SeedRegister();
-    frmVerslae& screen = open("Fuel Purchase");
-    click(screen.lstCatKm, "MAIN DIESEL");
-    range("2024/11/01", "2025/01/31");
-    QTest::mouseClick(screen.cmdApply, Qt::LeftButton);
-    QTest::mouseClick(screen.cmdPrint, Qt::LeftButton);
-    const WorkbookReader purchases = book();
-    const WbCell* date = purchases.sheet(0)->cell("B3");
-    ASSERT_NE(date, nullptr);
-    EXPECT_TRUE(date->isNumber());
-    EXPECT_DOUBLE_EQ(date->number, 45597); // 2024/11/01
-    EXPECT_EQ(date->style.numberFormat, "yyyy/mm/dd");
-    EXPECT_TRUE(purchases.sheet(0)->fitToPage);
-    EXPECT_EQ(purchases.sheet(0)->orientation, "portrait"); // as the report sets it
-
+TEST_F(ListReportsTest, TextDatesBecomeDateCellsAndSheetsWithoutLayoutFitOnePageWide) {
     REPORT_Workbook_Initialise(true);
     REPORT_SetSheetIndex(1);
     xlSheet = xlBook->Worksheets(1);

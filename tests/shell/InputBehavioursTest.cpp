@@ -49,44 +49,39 @@ TEST(KeyFilters, NumericFieldKeepsOneFullStopAndRefusesLetters) {
     EXPECT_EQ(whole.edits[0]->text(), "34");
 }
 
-TEST(KeyFilters, NumericRoutineReportsGoodKeysAndCancelsOnlyTheFullStop) {
-    QLineEdit field;
-    field.setText("1.5");
-    int key = '.';
-    EXPECT_TRUE(FilterNumericKey(&field, key, true)); // a good key, but cancelled as the second stop
-    EXPECT_EQ(key, 0);
-    key = 'a';
-    EXPECT_FALSE(FilterNumericKey(&field, key, true)); // left for the caller to cancel
-    EXPECT_EQ(key, 'a');
-    field.setText("15");
-    key = '.';
-    EXPECT_TRUE(FilterNumericKey(&field, key, true));
-    EXPECT_EQ(key, '.');
-    EXPECT_TRUE(FilterNumericKey(&field, key, false));
-    EXPECT_EQ(key, 0);
-    key = 8;
-    EXPECT_TRUE(FilterNumericKey(&field, key, false));
-    EXPECT_EQ(key, 8);
+// The key routines: whether the key is a good one, and the key they leave (0: cancelled).
+TEST(KeyFilters, RoutinesReportGoodKeysAndCancelAsTheyShould) {
+    using Filter = bool (*)(const QLineEdit*, int&, bool);
+    const struct {
+        const char* name;
+        Filter filter;
+        const char* text;
+        int key;
+        bool allowDecimal;
+        bool good;
+        int keyAfter;
+    } cases[] = {
+        {"numeric: second full stop is good but cancelled", FilterNumericKey, "1.5", '.', true, true, 0},
+        {"numeric: a letter is left for the caller", FilterNumericKey, "1.5", 'a', true, false, 'a'},
+        {"numeric: first full stop", FilterNumericKey, "15", '.', true, true, '.'},
+        {"numeric: full stop where none is allowed", FilterNumericKey, "15", '.', false, true, 0},
+        {"numeric: backspace", FilterNumericKey, "15", 8, false, true, 8},
+        {"digits: a letter is cancelled by the routine", FilterDigitsKey, "", 'x', true, false, 0},
+        {"digits: first full stop", FilterDigitsKey, "", '.', true, true, '.'},
+        {"digits: second full stop", FilterDigitsKey, "2.", '.', true, false, 0},
+        {"digits: full stop where none is allowed", FilterDigitsKey, "", '.', false, false, 0},
+        {"digits: a digit", FilterDigitsKey, "", '9', false, true, '9'},
+    };
+    for (const auto& c : cases) {
+        QLineEdit field;
+        field.setText(c.text);
+        int key = c.key;
+        EXPECT_EQ(c.filter(&field, key, c.allowDecimal), c.good) << c.name;
+        EXPECT_EQ(key, c.keyAfter) << c.name;
+    }
 }
 
-TEST(KeyFilters, DigitsRoutineCancelsByItself) {
-    QLineEdit field;
-    int key = 'x';
-    EXPECT_FALSE(FilterDigitsKey(&field, key, true));
-    EXPECT_EQ(key, 0);
-    key = '.';
-    EXPECT_TRUE(FilterDigitsKey(&field, key, true));
-    field.setText("2.");
-    key = '.';
-    EXPECT_FALSE(FilterDigitsKey(&field, key, true));
-    EXPECT_EQ(key, 0);
-    field.clear();
-    key = '.';
-    EXPECT_FALSE(FilterDigitsKey(&field, key, false));
-    key = '9';
-    EXPECT_TRUE(FilterDigitsKey(&field, key, false));
-    EXPECT_EQ(key, '9');
-
+TEST(KeyFilters, DigitsFieldDropsWhatIsNoDigitAndASecondFullStop) {
     Form form(1);
     AttachDigitsFilter(form.edits[0], true);
     QTest::keyClicks(form.edits[0], "R1 250.00.5");

@@ -271,7 +271,6 @@ std::vector<StatementCase> Cases() {
     // Service cost breakdown: the union-all total, and the totals by type.
     c.push_back(
         {"CostTotalUnionAllComparesTypeCaseBlind", {}, CostTotalSql("vdiensid", 7), Expect::Rows, {}, {{"1000.5"}}});
-    c.push_back({"CostTotalOfHistoryRow", {}, CostTotalSql("historyid", 8), Expect::Rows, {}, {{"10"}}});
     c.push_back(
         {"CostTotalOfServiceWithoutLinesIsNull", {}, CostTotalSql("vdiensid", 99), Expect::Rows, {}, {{"<Null>"}}});
     c.push_back({"LabourTotalsGroupCaseBlind",
@@ -281,26 +280,12 @@ std::vector<StatementCase> Cases() {
                  Expect::Rows,
                  {"costtype", "Total"},
                  {{"~Labour", "500"}}});
-    c.push_back({"OtherCostTotalsByType",
-                 {},
-                 Cat({"select   costtype ,sum(value1) as [Total]  from vdiens_extra ", " where costtype <> 'Labour' ",
-                      " and vdiensid =   7", " group by costtype"}),
-                 Expect::RowsAnyOrder,
-                 {"costtype", "Total"},
-                 {{"Consumables", "80"}, {"Out Work", "300"}, {"Parts", "120.5"}}});
     c.push_back({"DistinctIsCaseBlind",
                  {},
                  "select distinct costtype from vdiens_extra where vdiensid = 7",
                  Expect::RowsAnyOrder,
                  {},
                  {{"~labour"}, {"Parts"}, {"Consumables"}, {"Out Work"}}});
-    c.push_back({"CostLinesOfOneType",
-                 {},
-                 Cat({"SELECT  [transid],[vdiensid],[costType],[reference1],[reference2],[value1],[value2]",
-                      " from vdiens_extra", " where costType = '", "Out Work", "'", " and vdiensid = ", "7"}),
-                 Expect::Rows,
-                 {"transid", "vdiensid", "costType", "reference1", "reference2", "value1", "value2"},
-                 {{"5", "7", "Out Work", "panel", "beater", "300", "0"}}});
 
     // Tank summary: the working table made by select into, constants in its group by.
     const QString summary = TankSummarySelect("1", "2026/01/01", "2026/02/28");
@@ -313,31 +298,6 @@ std::vector<StatementCase> Cases() {
                  {{"1", "1", "2", "DIESEL TANK", "isuzu (XYZ789)", "30", "100", "250", "150", "10", "km"},
                   {"1", "3", "3", "DIESEL TANK", "JOHN DEERE (JD1)", "60", "100", "250", "150", "10", "hours"},
                   {"1", "1", "1", "DIESEL TANK", "toyota (ABC123)", "90", "100", "250", "150", "10", "km"}}});
-    c.push_back({"TankSummaryRefillByDeleteAndInsert",
-                 {" select * into tmpsummary from (" + summary + ")", "delete from tmpsummary",
-                  " insert into tmpsummary" + TankSummarySelect("1", "2026/01/01", "2026/01/31")},
-                 "select [Fuel Tank] ,[Vehicle] ,[Total Litres] ,[Open Km] ,[Type] from tmpsummary order by vehicle",
-                 Expect::Rows,
-                 {"Fuel Tank", "Vehicle", "Total Litres", "Open Km", "Type"},
-                 {{"DIESEL TANK", "isuzu (XYZ789)", "30", "100", "km"},
-                  {"DIESEL TANK", "toyota (ABC123)", "50", "100", "km"}}});
-    c.push_back({"TankSummaryFirstReadingBySubquery",
-                 {},
-                 Cat({"select ", " kmread as reading from vecfuel where transid =(select min(transid) ",
-                      " from vecfuel ", " where tankid = ", "1", " and datum between '", "2026/01/01", "'", " and '",
-                      "2026/02/28", "'", " and voertuigid = ", "1", ")"}),
-                 Expect::Rows,
-                 {"reading"},
-                 {{"1100"}}});
-    c.push_back({"TankSummaryUpdateStats",
-                 {" select * into tmpsummary from (" + summary + ")",
-                  Cat({"update tmpsummary set ", " [Open Km] = ", "1100", " ,[Close Km] = ", "1250",
-                       " ,covered = ", "150", " ,[Km/Litre] = ", "1.67", " ,type = '", "km", "'", " where",
-                       " tankid = ", "1", " and voertuigid = ", "1"})},
-                 "select [Open Km],[Close Km],[Covered],[Km/Litre],[Type] from tmpsummary where voertuigid = 1",
-                 Expect::Rows,
-                 {},
-                 {{"1100", "1250", "150", "1.67", "km"}}});
     c.push_back({"TankSummaryShareByCategory",
                  {" select * into tmpsummary from (" + summary + ")"},
                  Cat({"select strconv([desc],3) as [group]", " , sum([total litres]) as [biggie] ",
@@ -346,20 +306,6 @@ std::vector<StatementCase> Cases() {
                  Expect::RowsAnyOrder,
                  {"group", "biggie", "pct"},
                  {{"Bakkies", "120", "66.67%"}, {"Tractors", "60", "33.33%"}}});
-    c.push_back({"TankTotalsUsed",
-                 {" select * into tmpsummary from (" + summary + ")"},
-                 Cat({"select strconv([fuel tank],3) as Tank, sum([total litres]) as [Total] from tmpsummary ",
-                      " where tankid in (", "1", ")", " group by [fuel tank]"}),
-                 Expect::Rows,
-                 {"Tank", "Total"},
-                 {{"Diesel Tank", "180"}}});
-    c.push_back({"TankTotalsAvailable",
-                 {},
-                 Cat({"select strconv(tanknaam,3) as tank, sum(huidigevolume) as [Total] from tanks ",
-                      " where transid in (", "1,2", ")", " group by tanknaam"}),
-                 Expect::RowsAnyOrder,
-                 {"tank", "Total"},
-                 {{"Diesel Tank", "500"}, {"Petrol Tank", "200.5"}}});
 
     // Tank detail: the opening balance by union all, the working tables and the crosstab.
     c.push_back({"TankOpeningBalanceUnionAllThroughVal",
@@ -409,39 +355,6 @@ std::vector<StatementCase> Cases() {
                  {"tank name", "sortdate", "date", "detail", "vehicle", "litres out"},
                  {{"Diesel Tank", "2026/01/20", "2026/01/20", "litres out", "Isuzu Xyz789 (5300)", "42.5"}}});
     c.push_back(
-        {"TankDetailPivotRowsWrittenAndOpeningRead",
-         {detailBuild[0], "select *  into tmpdetailpivot from tmpdetail where id=0",
-          Cat({"insert into ",
-               "tmpdetailpivot",
-               " ([id],[tank name],[sortdate],[date],[vehicle]",
-               " ,[open litres],[litres added]",
-               " ,[litres out],[balance])",
-               " values (",
-               "1",
-               ",'",
-               "Diesel Tank",
-               "','",
-               "1901/01/01",
-               "','",
-               "2026/01/01",
-               "','",
-               "Opening Balance",
-               "',",
-               "1212",
-               ",",
-               "0",
-               ",",
-               "0",
-               ",",
-               "1212",
-               ")"}),
-          Cat({"update tmpdetailpivot set [litres added] = [open litres]  ", " where [sortDate] = '1901/01/01'"})},
-         Cat({"select [open litres], [litres added], [balance] from tmpdetailpivot",
-              " where [sortDate] = '1901/01/01'"}),
-         Expect::Rows,
-         {},
-         {{"1212", "1212", "1212"}}});
-    c.push_back(
         {"CrosstabHeadingsAscendCaseBlindAndNullMakesAngleColumn",
          {"create table fruit (grp text(10), kind text(10), qty double)", "insert into fruit values ('x','cherry',1)",
           "insert into fruit values ('x','Banana',2)", "insert into fruit values ('y','apple',3)",
@@ -460,45 +373,6 @@ std::vector<StatementCase> Cases() {
                  {{"January 2025", "<Null>", "<Null>", "10"},
                   {"January 2026", "30", "<Null>", "50"},
                   {"February 2026", "<Null>", "60", "65"}}});
-    c.push_back({"MonthlyUsageCrosstabInRands",
-                 {},
-                 MonthlyUsageSql("2026/02/01", "2026/02/28", "1", false),
-                 Expect::Rows,
-                 {"Date", "toyota(ABC123)"},
-                 {{"February 2026", "1390"}}});
-    c.push_back({"LitresPerVehicle",
-                 {},
-                 "select strconv(maak & '(' &regnr & ')',3) as [Vehicle] ,sum(litres) as [Total]" +
-                     QString(" From [vecfuel], [voertuig]") + " Where [vecfuel].[voertuigId] = [voertuig].[TransID]" +
-                     FuelUsageDates("2026/01/01", "2026/02/28") + FuelUsageVehicles("1,2,3") +
-                     " group by maak & '(' &regnr & ')'",
-                 Expect::RowsAnyOrder,
-                 {"Vehicle", "Total"},
-                 {{"Isuzu(xyz789)", "30"}, {"John Deere(jd1)", "60"}, {"Toyota(abc123)", "115"}}});
-    c.push_back(
-        {"LitresPerActivity",
-         {},
-         "select  strconv([activities].[Description],3) as [Activity]  , sum( [vecfuel].[litres]) as  [Total]  " +
-             QString(" from  [vecfuel],[activities], [voertuig]") +
-             " where [vecfuel].[activityid] = [activities].[id]" + " and  vecfuel.voertuigid = voertuig.transid " +
-             FuelUsageDates("2026/01/01", "2026/02/28") + FuelUsageVehicles("1,2,3") +
-             " group by [activities].[description]",
-         Expect::RowsAnyOrder,
-         {"Activity", "Total"},
-         {{"Farming", "145"}, {"Town Trips", "60"}}});
-    c.push_back({"LitresUsedKmIsReadingLessPrevious",
-                 {},
-                 "SELECT [VecFuel].[Datum] as [Date] " +
-                     QString(" ,  [Voertuig].[Maak]  &   '(' & [Voertuig].[RegNR]  & ')' as [Vehicle]") +
-                     " , [VecFuel].[previouskmread] as [Prev Km]" + " , [VecFuel].[KmRead] as [Curr Km]" +
-                     " , [vecfuel].[kmread] - [VecFuel].[previouskmread] as [Km] " +
-                     " ,    [vecfuel].[litres] as [Litres Used] " + " from [vecfuel], [voertuig]" +
-                     " Where [VecFuel].[voertuigId] = [Voertuig].[TransID]" +
-                     FuelUsageDates("2026/01/01", "2026/01/31") + FuelUsageVehicles("1,2") + " order by datum",
-                 Expect::Rows,
-                 {"Date", "Vehicle", "Prev Km", "Curr Km", "Km", "Litres Used"},
-                 {{"2026/01/05", "toyota(ABC123)", "1000", "1100", "100", "50"},
-                  {"2026/01/20", "isuzu(XYZ789)", "5000", "5300", "300", "30"}}});
     c.push_back({"RebateApplicableComparesBooleansWrittenAsOneWithTrue",
                  {},
                  "SELECT [VecFuel].[Datum] as [Date] ,  strconv([drivers].[description],3) as [Driver]" +
@@ -522,12 +396,6 @@ std::vector<StatementCase> Cases() {
                  Expect::RowsAnyOrder,
                  {"transid", "rperl"},
                  {{"3", "21"}, {"4", "21"}}});
-    c.push_back({"TopOneWithoutTiesGivesOneRow",
-                 {},
-                 "select top 1 [vecfuel].[datum] as [Date] from vecfuel order by kmread desc",
-                 Expect::Rows,
-                 {"Date"},
-                 {{"2026/01/20"}}});
     c.push_back({"LastReadingOrdersByValueOfText",
                  {"create table readings (id long, KmRead text(20))", "insert into readings values (1,'900')",
                   "insert into readings values (2,'1 100.00')", "insert into readings values (3,'12abc')"},
@@ -571,111 +439,32 @@ std::vector<StatementCase> Cases() {
                  {"equipid", "Category", "id", "Date", "Equip", "item", "qty"},
                  {{"1", "Hand Tools", "2", "2026-02-03 10:30:00", "Spade", "piet ( 3.00)", "-4"},
                   {"1", "Hand Tools", "4", "2026-03-01 00:00:00", "Spade", "jan ( 2.00)", "-2"}}});
-    c.push_back({"BookOutBalanceUnionAll",
-                 {},
-                 Cat({"select sum(qty) as [Balance] from (", " select   trqty as qty", " From equipmenttrans",
-                      " Where actionid = 2", " and id= ", "2", " Union All", " select   sum(trqty) as qty",
-                      " From equipmenttrans", " Where actionid = 1 ", " And bookoutid = ", "2", " )"}),
-                 Expect::Rows,
-                 {"Balance"},
-                 {{"-3"}}});
-    c.push_back(
-        {"BookedOutSummaryHavingAndClosedFlag",
-         {},
-         Cat({" select toerkat.[desc] as [category]", " , strconv(toerinv.[desc],3) as [item]",
-              " , abs(sum(trqty)) as [qty booked out] ", " , trdesc", " from (equipmenttrans",
-              " inner join toerinv on toerinv.iid = equipmenttrans.equipid)",
-              " inner join toerkat on toerinv.tid = toerkat.tid", " where actionid in (1,2)",
-              " and toerinv.tid = ", "1", " group by  toerkat.[desc], toerinv.[desc],trdesc having sum(trqty) <> 0"}),
-         Expect::RowsAnyOrder,
-         {"category", "item", "qty booked out", "trdesc"},
-         {{"HAND TOOLS", "Spade", "2", "jan"},
-          {"HAND TOOLS", "Spade", "1", "koos"},
-          {"HAND TOOLS", "Spade", "3", "piet"}}});
-    c.push_back(
-        {"OpenBookOutsByFalseFlag",
-         {},
-         Cat({"select id", " From equipmenttrans", " inner join toerinv on toerinv.iid = equipmenttrans.equipid",
-              " where actionid in (2) and trclosed = false", " order by toerinv.[desc],id"}),
-         Expect::Rows,
-         {},
-         {{"2"}, {"4"}}});
 
     // The dialect's semantics, one at a time.
-    c.push_back({"AmpersandReadsNullAsEmptyWhilePlusGivesNull",
-                 {},
-                 "select maak & model as a, maak + model as b, 'x' & null & 'y' as c from voertuig where transid = 3",
-                 Expect::Rows,
-                 {"a", "b", "c"},
-                 {{"JOHN DEERE", "<Null>", "xy"}}});
-    c.push_back({"AmpersandBindsLooserThanArithmetic",
-                 {},
-                 "select 2 + 3 * 4 & 'x' as a from tanks where transid = 1",
-                 Expect::Rows,
-                 {},
-                 {{"14x"}}});
     c.push_back({"BooleansReadBackAsTrueAndFalse",
                  {},
                  "select rebated, hours from voertuig order by transid",
                  Expect::Rows,
                  {},
                  {{"True", "False"}, {"False", "False"}, {"True", "True"}}});
-    c.push_back({"NotOnABitColumn", {}, "select maak from voertuig where not rebated", Expect::Rows, {}, {{"isuzu"}}});
     c.push_back({"AddedBitColumnIsFalseForExistingRows",
                  {"alter table voertuig add column isassigned bit"},
                  "select count(*) from voertuig where isassigned = false",
                  Expect::Rows,
                  {},
                  {{"3"}}});
-    c.push_back({"TextDatesCompareAsText",
-                 {},
-                 "select transid from vecfuel where datum between '2026/01/01' and '2026/01/31' order by datum desc",
-                 Expect::Rows,
-                 {},
-                 {{"2"}, {"1"}}});
     c.push_back({"ValOfTextNumbers",
                  {},
                  "select val(liter) as a, val('12abc') as b, val('abc') as c from fuelpurchase order by transid",
                  Expect::Rows,
                  {},
                  {{"1234.5", "12", "0"}, {"500", "12", "0"}, {"0", "12", "0"}}});
-    c.push_back({"SumOfValOverTextColumn",
-                 {},
-                 "SELECT sum(val(Liter)) FROM FuelPurchase WHERE TankID = 1",
-                 Expect::Rows,
-                 {},
-                 {{"1734.5"}}});
-    c.push_back({"DivisionByZeroFails", {}, "select litres / 0 as x from vecfuel", Expect::Fails, {}, {}});
     c.push_back({"DivisionByZeroInRowFails",
                  {},
                  "select round((kmread-previouskmread)/(litres-litres),2) as x from vecfuel",
                  Expect::Fails,
                  {},
                  {}});
-    c.push_back({"LikeWithStarIsCaseBlind",
-                 {},
-                 "select maak from voertuig where maak like '*deer*'",
-                 Expect::Rows,
-                 {},
-                 {{"JOHN DEERE"}}});
-    c.push_back({"LikeWithQuestionAndDigitMarks",
-                 {},
-                 "select regnr from voertuig where regnr like 'JD?' or regnr like 'abc1##' or regnr like 'XYZ#9#'",
-                 Expect::RowsAnyOrder,
-                 {},
-                 {{"JD1"}, {"ABC123"}}});
-    c.push_back({"LikeWithCharacterLists",
-                 {},
-                 "select regnr from voertuig where regnr like '[!a-j]*' or regnr like '[j]d1'",
-                 Expect::RowsAnyOrder,
-                 {},
-                 {{"XYZ789"}, {"JD1"}}});
-    c.push_back({"TextEqualsAcrossCase",
-                 {},
-                 "select transid from voerkat where [desc] = 'Bakkies'",
-                 Expect::Rows,
-                 {},
-                 {{"1"}}});
     c.push_back({"JoinOnTextAcrossCase",
                  {},
                  "select count(*) from tanks t inner join tankstock s on s.tank = t.tanknaam",
@@ -688,25 +477,12 @@ std::vector<StatementCase> Cases() {
                  Expect::Rows,
                  {},
                  {{"isuzu"}, {"JOHN DEERE"}, {"toyota"}}});
-    c.push_back({"AggregatesOverNoRows",
-                 {},
-                 "select sum(litres), min(litres), max(litres), avg(litres), count(*) from vecfuel where tankid = 99",
-                 Expect::Rows,
-                 {},
-                 {{"<Null>", "<Null>", "<Null>", "<Null>", "0"}}});
     c.push_back({"IntegerDivisionAndMod",
                  {},
                  "select 7 \\ 2 as a, 7 mod 2 as b, -7 \\ 2 as c from tanks where transid = 1",
                  Expect::Rows,
                  {},
                  {{"3", "1", "-3"}}});
-    c.push_back({"IifIsNullAndIsNull",
-                 {},
-                 "select iif(isnull(model),'none',model) as m from voertuig where model is null or transid = 1 "
-                 "order by transid",
-                 Expect::Rows,
-                 {},
-                 {{"hilux"}, {"none"}}});
     c.push_back({"ProperCaseTrimCstrAbs",
                  {},
                  "select strconv('o''BRIEN tank',3) as a, trim('  x  ') as b, cstr(12.5) as c, abs(-3) as d,"
@@ -723,25 +499,6 @@ std::vector<StatementCase> Cases() {
                  Expect::Rows,
                  {},
                  {{"1 234.50", " 12.50", "January 2025", "2026-02-03 10:30:00"}}});
-    c.push_back({"CounterNumbersNewRows",
-                 {"insert into vdiens_extra (vdiensid,costType,value1,value2) values (9,'Parts',1,0)"},
-                 "select transid from vdiens_extra where vdiensid = 9",
-                 Expect::Rows,
-                 {},
-                 {{"7"}}});
-    c.push_back({"DeleteStarFrom",
-                 {"delete * from tankstock where val(verlore) < 0"},
-                 "select transid from tankstock",
-                 Expect::Rows,
-                 {},
-                 {{"2"}}});
-    c.push_back({"AlterColumnTypeWithoutTheWordColumn",
-                 {"alter table toerinv alter hoeveel text(10)", "update toerinv set hoeveel = '2.5'",
-                  "alter table toerinv alter column hoeveel double"},
-                 "select hoeveel * 2 from toerinv",
-                 Expect::Rows,
-                 {},
-                 {{"5"}}});
     c.push_back({"NamesAreCaseBlindAndBracketed",
                  {},
                  "SELECT [TANKNAAM] FROM [Tanks] WHERE TRANSID = 2",
@@ -761,37 +518,12 @@ std::vector<StatementCase> Cases() {
                  {"TransID", "Category", "Maak", "Model", "RegNR", "AWaarde", "KM", "licenceduedate", "serviceduedate"},
                  {{"2", "BAKKIES", "isuzu", "kb250", "XYZ789", "180000", "5300", "2026/08/01", "2026/03/20"},
                   {"1", "BAKKIES", "toyota", "hilux", "ABC123", "250000", "1250.5", "2026/03/15", "2026/07/01"}}});
-    c.push_back(
-        {"VehicleListSearchAndLicencePeriod",
-         {},
-         Cat({"SELECT  ", " desc as Category", " ,[Maak] as [Make]", " ,[Model]", " ,[RegNR] as [Registration #]",
-              " ,[AWaarde] as [Purchase Price]", " ,[KM]", " ,licenceduedate as [Licence Renewal] ",
-              " ,serviceduedate as [Service Due] "}) +
-             vehicleFrom + " and regnr like '*" + "b" + "*'" + " and licenceduedate " +
-             "Between '2026/01/01' and '2026/06/30'" + " order by maak,model, regnr",
-         Expect::Rows,
-         {"Category", "Make", "Model", "Registration #", "Purchase Price", "KM", "Licence Renewal", "Service Due"},
-         {{"BAKKIES", "toyota", "hilux", "ABC123", "250000", "1250.5", "2026/03/15", "2026/07/01"}}});
-    c.push_back({"EarliestLicenceDate",
-                 {},
-                 Cat({"SELECT  ", " min(licenceduedate) as [LicenceDate]"}) + vehicleFrom,
-                 Expect::Rows,
-                 {"LicenceDate"},
-                 {{"2025/12/31"}}});
     c.push_back({"CategoryOfShownRowFoundAcrossCase",
                  {},
                  "select transid from voerkat where desc = 'Tractors'",
                  Expect::Rows,
                  {},
                  {{"3"}}});
-    c.push_back({"VehicleRemindersOfAPeriod",
-                 {},
-                 QString("Select maak, Model,regnr ,") + "licenceduedate" + " from  voertuig" +
-                     " where licenceduedate " + "Between '2026/03/01' and '2026/03/31'" + " or serviceduedate  " +
-                     "Between '2026/03/01' and '2026/03/31'" + " order by maak,model,regnr",
-                 Expect::Rows,
-                 {"maak", "Model", "regnr", "licenceduedate"},
-                 {{"isuzu", "kb250", "XYZ789", "2026/08/01"}, {"toyota", "hilux", "ABC123", "2026/03/15"}}});
     c.push_back({"VehicleReportWithBookValueAsNumber",
                  {},
                  Cat({"SELECT strconv(maak,3) as Make", " ,strconv(Model,3) as [Veh Model] ", " ,regnr as [Reg Nr]",
@@ -837,91 +569,8 @@ std::vector<StatementCase> Cases() {
                  {{"2026/01/05", "Toyota", "ABC123", "100", "50", "20", "2", "50", "10", "1000"},
                   {"2026/02/03", "Toyota", "ABC123", "150", "40", "21", "3.75", "26.67", "5.6", "840"},
                   {"2026/02/11", "Toyota", "ABC123", "150", "25", "22", "6", "16.67", "3.67", "550"}}});
-    c.push_back({"ConsumptionTotals",
-                 {},
-                 Cat({" select sum(kmread)-sum(previouskmread) as [Big km]", " ,sum (litres) as [Big Litres]",
-                      " ,round(sum(rperl*litres),2) as [Big rands]", " FROM VecFuel as f", " inner join voertuig as v",
-                      " on v.transid = f.voertuigid", " WHERE voertuigid in (", "1", ")", " and datum between '",
-                      "2026/01/01", "'", " and '", "2026/02/28", "'"}),
-                 Expect::Rows,
-                 {"Big km", "Big Litres", "Big rands"},
-                 {{"400", "115", "2390"}}});
 
-    // Services: the grid's statement, its searches, the printed statement and the breakdown.
-    const QString serviceFrom =
-        Cat({"  FROM ((( [vdiens_allocated] as ", "asvc", "  inner join  costcat as cc on cc.cc_iid = ", "asvc",
-             ".costcategoryid)", "  inner join vecsupplier as vs on vs.sup_no = ", "asvc", ".supplierid)",
-             "  inner join voertuig on voertuig.transid =  ", "asvc", ".[VechileID])",
-             "  inner join voerkat on voerkat.transid = voertuig.catid", "  where ", "asvc", ".transid > 0"});
-    const QString serviceHead = Cat({"SELECT  ",
-                                     "asvc",
-                                     ".TransID ,",
-                                     "asvc",
-                                     ".Date",
-                                     "  ,vs.sup_desc as [Supplier]",
-                                     " , cc.cc_costcatagory as [Cost Category]",
-                                     " ,voerkat.desc as [Veh Category]",
-                                     " ,maak & ' ' & model & ' ' & regnr as [Vehicle]",
-                                     " ,",
-                                     "asvc",
-                                     ".[Reference]",
-                                     " ,",
-                                     "asvc",
-                                     ".[Cost]",
-                                     " ,",
-                                     "asvc",
-                                     ".Kilometers ",
-                                     " ,Note ",
-                                     " ,",
-                                     "asvc",
-                                     ".supplierid",
-                                     " ,",
-                                     "asvc",
-                                     ".costcategoryid",
-                                     " ,",
-                                     "asvc",
-                                     ".vechileid"});
-    c.push_back({"ServiceHistoryOfAVehicle",
-                 {},
-                 serviceHead + serviceFrom + " and asvc.[VechileID] = 3" + "  order by asvc.transid",
-                 Expect::Rows,
-                 {"TransID", "Date", "Supplier", "Cost Category", "Veh Category", "Vehicle", "Reference", "Cost",
-                  "Kilometers", "Note", "supplierid", "costcategoryid", "vechileid"},
-                 {{"2", "2026/02/15", "farm supplies", "REPAIRS", "TRACTORS", "JOHN DEERE  JD1", "<Null>", "300", "110",
-                   "<Null>", "2", "2", "3"}}});
-    c.push_back({"ServiceSearchBySupplierNumbers",
-                 {},
-                 "SELECT [SUP_No]FROM [VecSupplier] " + QString(" where [Sup_desc] like '*") + "motor" + "*'",
-                 Expect::Rows,
-                 {"SUP_No"},
-                 {{"1"}}});
-    c.push_back({"ServiceSearchBySupplierListAndReference",
-                 {},
-                 serviceHead + serviceFrom + " and asvc.supplierid in (1,2)" + " and asvc.reference like '*jc*'" +
-                     "  order by asvc.transid",
-                 Expect::Rows,
-                 {},
-                 {{"1", "2026/01/12", "MOTOR CITY", "SERVICE", "BAKKIES", "toyota hilux ABC123", "JC1", "1 250.00",
-                   "1150", "service", "1", "1", "1"}}});
-    c.push_back(
-        {"ServiceStatementForPrint",
-         {},
-         Cat({"SELECT vdiens_allocated.Date", " ,[CC_CostCatagory] as [Category]", " ,strconv(sup_desc,3) as Supplier",
-              " ,strconv(dept.description,3) as Department", " , strconv(maak,3) as Make",
-              " , strconv(Model,3) as [Veh Model]", " , regnr as [Reg Nr]",
-              " , cdbl(vdiens_allocated.Cost) as [R Cost]", " , cdbl(kilometers) as Km",
-              " , iif(Reference is null, 'None',Reference) as [Reference:]", " , Note",
-              " FROM (((vdiens_allocated inner join voertuig ", " on voertuig.transid = vdiens_allocated.vechileid)",
-              " inner join vecsupplier ", " on   [VecSupplier].[SUP_No]= vdiens_allocated.supplierid)",
-              " inner join costcat ", " on costcat.CC_IID = vdiens_allocated.CostCategoryID)",
-              " inner join departments as dept ", " on dept.ID = voertuig.deptid"}),
-         Expect::RowsAnyOrder,
-         {"Date", "Category", "Supplier", "Department", "Make", "Veh Model", "Reg Nr", "R Cost", "Km",
-          "Reference:", "Note"},
-         {{"2026/01/12", "SERVICE", "Motor City", "Department 1", "Toyota", "Hilux", "ABC123", "1250", "1150", "JC1",
-           "service"},
-          {"2026/02/15", "REPAIRS", "Farm Supplies", "Department 1", "John Deere", "<Null>", "JD1", "300", "110",
-           "None", "<Null>"}}});
+    // Services: the cost breakdown joined to its types.
     const QString relink =
         Cat({"update vdiens_extra", " set historyid = ", "8", ", vdiensid = 0", " where vdiensid = ", "7"});
     c.push_back({"CostBreakdownTypesJoinedAcrossCase",
@@ -932,30 +581,6 @@ std::vector<StatementCase> Cases() {
                  Expect::Rows,
                  {"description", "costtypeid"},
                  {{"Labour", "1"}, {"Parts", "2"}, {"Consumables", "3"}, {"Out Work", "4"}}});
-    c.push_back({"CostBreakdownOfLabour",
-                 {relink},
-                 Cat({" SELECT [value1],[value2] ", " FROM [vdiens_extra]", " inner join vdiens_costtype ",
-                      " on vdiens_costtype.description = vdiens_extra.costtype", " where historyid =  ", "8",
-                      " and vdiens_extra.costtype =  '", "Labour", "'", " order by vdiens_extra.transid"}),
-                 Expect::Rows,
-                 {},
-                 {{"3", "450"}, {"1", "50"}}});
-    c.push_back({"CostBreakdownOfOutWork",
-                 {relink},
-                 Cat({" SELECT strconv([reference1],3),strconv([reference2],3),[value1] ", " FROM [vdiens_extra]",
-                      " inner join vdiens_costtype ", " on vdiens_costtype.description = vdiens_extra.costtype",
-                      " where historyid =  ", "8", " and vdiens_extra.costtype =  '", "Out Work", "'",
-                      " order by vdiens_extra.transid"}),
-                 Expect::Rows,
-                 {},
-                 {{"Panel", "Beater", "300"}}});
-    c.push_back(
-        {"DeleteServiceTakesItsCostLines",
-         {relink, "DELETE * FROM vdiens_allocated WHERE TransID = 1", "DELETE * FROM VDiens_extra WHERE historyid = 8"},
-         "select count(*) from vdiens_extra",
-         Expect::Rows,
-         {},
-         {{"0"}}});
 
     // Job card numbers: booleans written as 1, now, bare boolean conditions, line breaks inside the statement.
     const std::vector<QString> jobCards = {
@@ -965,12 +590,6 @@ std::vector<StatementCase> Cases() {
         "insert into serviceReference (reference) values (3)",
         Cat({"UPDATE [serviceReference] SET ", " [serviceReference].[isassigned] = 1",
              " ,[serviceReference].[assignDate] = now", " WHERE reference = ", "2"})};
-    c.push_back({"JobCardsFreeCount",
-                 jobCards,
-                 "select count(*) from servicereference where not isassigned",
-                 Expect::Rows,
-                 {},
-                 {{"2"}}});
     c.push_back({"JobCardsHighestAssigned",
                  jobCards,
                  "select  max(reference) \r\n from servicereference\r\n where isassigned\r\n",
@@ -984,44 +603,7 @@ std::vector<StatementCase> Cases() {
                  {},
                  {{"1"}}});
 
-    // Driver permits: a counter added by alter table, quotes doubled, the statement without a blank before From.
-    const std::vector<QString> permits = {
-        "create table pdp (pdpdate text(10), surname text(25), firstname text(25), id text(25))",
-        "alter table pdp add column pdpid autoincrement",
-        Cat({"insert into pdp ([pdpdate],[surname],[firstname],[id])", " values (", " '", "2026/03/10", "'", " ,'",
-             "O''Neil", "'", " ,'", "Sean", "'", " ,'", "8001015009087", "'", " )"}),
-        Cat({"insert into pdp ([pdpdate],[surname],[firstname],[id])", " values (", " '", "2026/05/01", "'", " ,'",
-             "adams", "'", " ,'", "Jo", "'", " ,'", "7702025009081", "'", " )"}),
-        Cat({"update pdp set", " pdpdate = '", "2026/03/20", "'", " ,surname = '", "Adams", "'", " ,firstname = '",
-             "Jo", "'", " ,id = '", "7702025009081", "'", " where pdpid = ", "2"})};
-    c.push_back({"PermitsDueInAPeriod",
-                 permits,
-                 Cat({"SELECT ", " [pdpid]", ",[id]", ",[surname]", ",[firstname]", ", [pdpdate]", "From [pdp]",
-                      " where pdpdate  ", "Between '2026/03/01' and '2026/03/31'", " order by surname,firstname"}),
-                 Expect::Rows,
-                 {"pdpid", "id", "surname", "firstname", "pdpdate"},
-                 {{"2", "7702025009081", "Adams", "Jo", "2026/03/20"},
-                  {"1", "8001015009087", "O'Neil", "Sean", "2026/03/10"}}});
-
-    // Lookup lists: case-blind duplicate look-ups, system rows, flags written as True and False.
-    c.push_back({"LookupDuplicateFoundAcrossCase",
-                 {},
-                 "select id,description from  drivers where description = 'Piet Pompies'",
-                 Expect::Rows,
-                 {},
-                 {{"1", "PIET POMPIES"}}});
-    c.push_back({"LookupSystemRowByTrue",
-                 {},
-                 "select issys from  drivers where issys = True and id = 1",
-                 Expect::Rows,
-                 {},
-                 {{"True"}}});
-    c.push_back({"LookupInUseCount",
-                 {},
-                 "select count(*) as howmany from  vecfuel where activityid = 2",
-                 Expect::Rows,
-                 {"howmany"},
-                 {{"1"}}});
+    // Lookup lists: flags written as True and False, quotes doubled.
     c.push_back({"LookupAddAndChangeActivityWithFlag",
                  {"insert into activities (description,rebated) Values ('mining',True)",
                   "update activities set rebated = False where id = 1",
@@ -1030,24 +612,8 @@ std::vector<StatementCase> Cases() {
                  Expect::Rows,
                  {},
                  {{"Farmer's Work", "False"}, {"mining", "True"}, {"town trips", "False"}}});
-    c.push_back({"LookupSeedWhenEmpty",
-                 {"delete from departments where id = 1",
-                  "insert into departments (description,issys) values ('Department 1',1)"},
-                 "select count(*) from departments where issys = true and id is null",
-                 Expect::Rows,
-                 {},
-                 {{"1"}}});
 
     // Fuel capture and purchases.
-    c.push_back(
-        {"PurchasesOfATankWithSupplier",
-         {},
-         Cat({"SELECT [Datum],[Name],[invoiceRef],[Liter],[Cost],[CostPerLiter] ", " FROM FuelPurchase p ",
-              " inner join fuelsupplier s on  s.suppid = p.suppid", " WHERE TankID = ", "1", " ORDER by Datum"}),
-         Expect::Rows,
-         {"Datum", "Name", "invoiceRef", "Liter", "Cost", "CostPerLiter"},
-         {{"2025/12/01", "_Fuel Supplier", "INV1", "1 234.50", "24 690.00", "20.00"},
-          {"2026/01/10", "sasol", "INV2", "500.00", "10500.00", "21.00"}}});
     c.push_back({"FuelPurchaseStatementThroughVal",
                  {},
                  Cat({" SELECT strconv(tanknaam,3) as [Tank]", " , p.datum as [Date]", " , s.name as [Supplier]",
@@ -1061,15 +627,6 @@ std::vector<StatementCase> Cases() {
                  {{"Diesel Tank", "2025/12/01", "_Fuel Supplier", "INV1", "1234.5", "24690", "20"},
                   {"Diesel Tank", "2026/01/10", "sasol", "INV2", "500", "10500", "21"},
                   {"Petrol Tank", "2026/01/15", "_Fuel Supplier", "INV3", "0", "0", "0"}}});
-    c.push_back({"LaterReadingsOfAVehicle",
-                 {},
-                 Cat({"SELECT * FROM VecFuel WHERE VoertuigID = ", "1", " AND ccur(PreviousKmRead) > ", "1000",
-                      " ORDER BY val(KmRead) Desc"}),
-                 Expect::Rows,
-                 {"TransID", "VoertuigID", "TankID", "Datum", "KmRead", "PreviousKmRead", "Litres", "RperL", "driverid",
-                  "activityid", "pumpreadprev", "pumpreadcurr"},
-                 {{"5", "1", "2", "2026/02/11", "1400", "1250", "25", "22", "1", "1", "<Null>", "<Null>"},
-                  {"3", "1", "1", "2026/02/03", "1250", "1100", "40", "21", "1", "1", "<Null>", "<Null>"}}});
     c.push_back(
         {"ReadingsOrderedByCurrency",
          {Cat({"UPDATE VecFuel SET PreviousKmRead = '", "1150", "' WHERE TransID = ", "3"})},
@@ -1077,20 +634,6 @@ std::vector<StatementCase> Cases() {
          Expect::Rows,
          {},
          {{"6", "800"}, {"1", "1000"}, {"3", "1150"}, {"5", "1250"}}});
-    c.push_back({"TankBalanceAndPumpWrittenAsText",
-                 {Cat({"UPDATE Tanks SET HuidigeVolume = '", "512.5", "' WHERE TransID = ", "1"}),
-                  Cat({"update tanks set pumpreading = pumpreading - ", "50", " WHERE TransID = ", "1"})},
-                 "select huidigevolume + 0.5, pumpreading from tanks where transid = 1",
-                 Expect::Rows,
-                 {},
-                 {{"513", "9950"}}});
-    c.push_back({"IssuesOfAVehicleForItsSheet",
-                 {},
-                 Cat({"SELECT datum as[Date],kmread as [Km],Litres FROM VecFuel ", " WHERE VoertuigID = ", "2",
-                      " ORDER BY datum"}),
-                 Expect::Rows,
-                 {"Date", "Km", "Litres"},
-                 {{"2026/01/20", "5300", "30"}}});
 
     // The remaining fuel usage reports.
     const QString tankPiece = "  , strconv(tanks.tanknaam,3) as [Tank]";
@@ -1110,26 +653,6 @@ std::vector<StatementCase> Cases() {
                                     "Activity", "Litres", "Km/Hours Read", "Time Start", "Time End"};
     c.push_back(
         {"LogSheetHeadingsEvenWithoutFuelRows", {"delete from vecfuel"}, logSheet, Expect::Rows, logColumns, {}});
-    c.push_back(
-        {"LogSheetGivesOneRow",
-         {"delete from vecfuel where transid <> 4"},
-         logSheet,
-         Expect::Rows,
-         logColumns,
-         {{"2026/02/10", "Diesel Tank", "JOHN DEERE(JD1)", "PIET POMPIES", "", "town trips", "60", "120", "", ""}}});
-    c.push_back(
-        {"PumpReadingsOfAPeriod",
-         {"update vecfuel set pumpreadprev = 9000, pumpreadcurr = 9050 where transid = 1"},
-         "select [vecfuel].[datum] as [Date]" + tankPiece + " ,strconv(voerkat.desc,3) as [Category]" + vehiclePiece +
-             driverPiece + activityPiece + " ,   [vecfuel].[litres] " + " , pumpreadprev as [Pump Reading Before]" +
-             " ,pumpreadcurr as [Pump Reading After]" + logFromWhere + " and [VecFuel].datum between  '2026/01/01'" +
-             " and  '2026/01/31'" + " and  kmread > 0" + FuelUsageVehicles("1,2") + " order by [VecFuel].[Datum]",
-         Expect::Rows,
-         {"Date", "Tank", "Category", "Vehicle", "Driver", "Activity", "litres", "Pump Reading Before",
-          "Pump Reading After"},
-         {{"2026/01/05", "Diesel Tank", "Bakkies", "toyota(ABC123)", "PIET POMPIES", "farming", "50", "9000", "9050"},
-          {"2026/01/20", "Diesel Tank", "Bakkies", "isuzu(XYZ789)", "PIET POMPIES", "farming", "30", "<Null>",
-           "<Null>"}}});
     const QString detailedUsage =
         "select [vecfuel].[datum] as [Date]\n" + tankPiece + "\n" + " ,strconv(voerkat.desc,3) as [Category]\n" +
         vehiclePiece + "\n" + driverPiece + "\n" + activityPiece + "\n" +
@@ -1156,47 +679,6 @@ std::vector<StatementCase> Cases() {
                  Expect::Fails,
                  {},
                  {}});
-    c.push_back({"LitresPerDriver",
-                 {},
-                 "Select  strconv([drivers].[Description],3) as [Driver] ,  sum( [vecfuel].[litres]) as [Total]   " +
-                     QString(" from  [drivers],[vecfuel],voertuig") + " where [drivers].[id] = [vecfuel].[driverid]" +
-                     " and  vecfuel.voertuigid = voertuig.transid " + FuelUsageDates("2026/01/01", "2026/02/28") +
-                     FuelUsageVehicles("1,3") + " group by [drivers].[description]",
-                 Expect::Rows,
-                 {"Driver", "Total"},
-                 {{"Piet Pompies", "175"}}});
-    c.push_back({"LitresPerActivityAndVehicleInCaptureOrder",
-                 {},
-                 "SELECT [VecFuel].[Datum] as [Date] ,  strconv([drivers].[description],3) as [Driver]" +
-                     QString(" ,  strconv([Voertuig].[Maak]  &   '(' & [Voertuig].[RegNR]  & ')',3) as [Vehicle]") +
-                     " , strconv(activities.description,3) as [Activity]" + " ,   [VecFuel].[Litres]" +
-                     " , [VecFuel].[KmRead] as [Odometer]" + " From [VecFuel], [Voertuig], [drivers], [activities]" +
-                     " Where [VecFuel].[voertuigId] = [Voertuig].[TransID]" +
-                     " AND [VecFuel].[driverid] = [drivers].[id]" + " AND [VecFuel].[activityid] = [activities].[id]" +
-                     FuelUsageDates("2025/01/01", "2026/01/31") + FuelUsageVehicles("1") + "  order by vecfuel.transid",
-                 Expect::Rows,
-                 {"Date", "Driver", "Vehicle", "Activity", "Litres", "Odometer"},
-                 {{"2026/01/05", "Piet Pompies", "Toyota(abc123)", "Farming", "50", "1100"},
-                  {"2025/01/07", "Piet Pompies", "Toyota(abc123)", "Farming", "10", "900"}}});
-    c.push_back({"LitresPerDriverAndVehicleByDate",
-                 {},
-                 "Select  [VecFuel].[Datum] as [Date]" + vehiclePiece +
-                     " ,[drivers].[Description],    [vecfuel].[Litres] " + " from  [drivers],[vecfuel],voertuig" +
-                     " where [drivers].[id] = [vecfuel].[driverid]" + " and  vecfuel.voertuigid = voertuig.transid " +
-                     FuelUsageDates("2026/02/01", "2026/02/28") + FuelUsageVehicles("1,2,3") +
-                     " order by [VecFuel].[Datum]",
-                 Expect::Rows,
-                 {"Date", "Vehicle", "Description", "Litres"},
-                 {{"2026/02/03", "toyota(ABC123)", "PIET POMPIES", "40"},
-                  {"2026/02/10", "JOHN DEERE(JD1)", "PIET POMPIES", "60"},
-                  {"2026/02/11", "toyota(ABC123)", "PIET POMPIES", "25"}}});
-    c.push_back({"RebateSettingsByPosition",
-                 {"create table rebate (rebaterate single, rebateSars single)",
-                  "insert into rebate (rebaterate,rebatesars) values (349,80)"},
-                 "SELECT  [rebaterate],rebatesars FROM [rebate]",
-                 Expect::Rows,
-                 {"rebaterate", "rebatesars"},
-                 {{"349", "80"}}});
 
     // Equipment stock take: the ledger row written with # dates and the printed list with its empty on-hand.
     c.push_back(
@@ -1217,7 +699,6 @@ std::vector<StatementCase> Cases() {
     const QString bookIn = Cat({"insert into equipmenttrans (", "[sortdate],[trdate],[equipid]",
                                 ",[actionId],[trDesc],[trQty],[trAmount],trclosed,stocktakeid", ") VALUES ( ",
                                 "'2026/03/05 10:00:00','2026/03/05 10:00:00',1,1,'piet',3,0,0,0)"});
-    c.push_back({"BookInNewIdIsTheHighest", {bookIn}, "select max(id) from equipmenttrans", Expect::Rows, {}, {{"6"}}});
     c.push_back({"BookInClosesTheBookOutAndItsBookIns",
                  {bookIn, Cat({"update equipmenttrans set bookoutid= ", "2", " where id = ", "6"}),
                   Cat({"update [ToerInv] set", " hoeveel = hoeveel + ", "3", " where iid = ", "1"}),
@@ -1235,20 +716,6 @@ std::vector<StatementCase> Cases() {
                  Expect::Rows,
                  {},
                  {{"1"}}});
-    c.push_back({"StockAfterBookIn",
-                 {Cat({"update [ToerInv] set", " hoeveel = hoeveel + ", "-2.5", " where iid = ", "1"})},
-                 Cat({" SELECT [IID] , toerkat.desc as [category], toerinv.[Desc] as [item], [Hoeveel], [KItem] ",
-                      " FROM [ToerInv] ", " inner join toerkat on toerkat.tid = toerinv.tid",
-                      " ORDER BY toerkat.desc,toerinv.[desc]"}),
-                 Expect::Rows,
-                 {"IID", "category", "item", "Hoeveel", "KItem"},
-                 {{"1", "HAND TOOLS", "SPADE", "2.5", "120"}}});
-    c.push_back({"FirstLedgerDateOfAnItem",
-                 {},
-                 "SELECT min(trdate) From [EquipmentTrans] where equipid = 1",
-                 Expect::Rows,
-                 {},
-                 {{"2026/01/10 09:00:00"}}});
     c.push_back({"CategoryDeleteTakesLedgerThroughSubquery",
                  {Cat({"delete from equipmenttrans ", " where equipid in ",
                        " (select iid from toerinv where tid= ", "1", ") "}),
@@ -1258,47 +725,8 @@ std::vector<StatementCase> Cases() {
                  Expect::Rows,
                  {},
                  {{"0"}}});
-    c.push_back(
-        {"ItemTransactionsBesidesOpening",
-         {},
-         Cat({"select count(*) as howmany from equipmenttrans", "  where equipid = ", "1", "  and actionid <> 0"}),
-         Expect::Rows,
-         {"howmany"},
-         {{"5"}}});
 
     // Tank stock take screen, owner and closing date.
-    c.push_back(
-        {"StockTakeRowForEditing",
-         {},
-         Cat({"SELECT tankid,[Datum],[Tank],[LitersInTank],[LiterLesing],[Verlore],[Rvalue],[Rede]FROM [TankStock]",
-              " where transid = ", "2"}),
-         Expect::Rows,
-         {"tankid", "Datum", "Tank", "LitersInTank", "LiterLesing", "Verlore", "Rvalue", "Rede"},
-         {{"1", "2026/01/25", "diesel tank", "<Null>", "<Null>", "5.00", "<Null>", "<Null>"}}});
-    c.push_back({"StockTakeDeleteAndTankCount",
-                 {"delete FROM [TankStock] where transid =  2",
-                  Cat({"UPDATE Tanks Set HuidigeVolume = '", "480", "' WHERE TransID = ", "1"})},
-                 "SELECT * FROM Tanks WHERE TankNaam = 'Diesel Tank'",
-                 Expect::Rows,
-                 {"TransID", "TankNaam", "HuidigeVolume", "PumpReading"},
-                 {{"1", "DIESEL TANK", "480", "10000"}}});
-    c.push_back({"OwnerAndClosingDate",
-                 {"create table owner (OID long, Name text(50), Tel text(20))",
-                  "insert into owner (OID,Name) values (1,'quillmere data')",
-                  "create table tblTeDate (TeDateID short, TeDate datetime)",
-                  "insert into tblTeDate (TeDateID,TeDate) values (2,#01-31-2026#)"},
-                 "Select top 1 * from owner , tblTeDate where TeDateID=2",
-                 Expect::Rows,
-                 {"OID", "Name", "Tel", "TeDateID", "TeDate"},
-                 {{"1", "quillmere data", "<Null>", "2", "2026/01/31"}}});
-    c.push_back({"RebateSettingsSaved",
-                 {"create table rebate (rebaterate single, rebateSars single)",
-                  "insert into rebate (rebaterate,rebatesars) values (349,80)",
-                  Cat({"update rebate set rebaterate = ", "389", ",rebatesars = ", "75"})},
-                 "SELECT  [rebaterate] FROM [rebate]",
-                 Expect::Rows,
-                 {},
-                 {{"389"}}});
 
     // Report screen: the data repair before consumption figures, category lists, range bounds, room stock.
     c.push_back({"ConsumptionDataRepair",
@@ -1315,35 +743,12 @@ std::vector<StatementCase> Cases() {
     const QString categoriesWithVehicles =
         Cat({"select distinct k.transid", " , k.desc from voerkat as k ",
              " left join voertuig t on t.catid = k.transid", " where Maak Is Not Null"});
-    c.push_back({"CategoriesWithHourVehicles",
-                 {},
-                 categoriesWithVehicles + " and k.Hours = true " + " ORDER BY  [desc]",
-                 Expect::Rows,
-                 {"transid", "desc"},
-                 {{"3", "TRACTORS"}}});
     c.push_back({"CategoriesWithKilometreVehicles",
                  {},
                  categoriesWithVehicles + " and k.Hours = false " + " ORDER BY  [desc]",
                  Expect::Rows,
                  {},
                  {{"1", "BAKKIES"}}});
-    c.push_back({"RangeBoundsOfPurchasesAndServices",
-                 {},
-                 "select (select min(adatum) from voertuig) as a, (select max(vdiens_allocated.Date) from "
-                 "vdiens_allocated) as b from tanks where transid = 1",
-                 Expect::Rows,
-                 {},
-                 {{"2022/03/10", "2026/02/15"}}});
-    c.push_back({"RoomStockItemWithItsRoom",
-                 {"create table kamer (KID long, [Desc] text(50))", "insert into kamer values (2,'STORE ROOM')",
-                  "create table voorinv (IID long, VID long, KID long, [Desc] text(50), Hoeveel double, Datum text(10),"
-                  " kwaarde double, VWaarde double, verwys text(50))",
-                  "insert into voorinv values (1,1,2,'chairs',12,'2025/06/30',150,1800,'PO 7')"},
-                 Cat({"Select voorinv.desc as Temp, datum, hoeveel, kwaarde, vwaarde, verwys, kamer.desc as KTemp",
-                      " from voorinv, kamer where iid = ", "1", " and voorinv.kid = kamer.kid"}),
-                 Expect::Rows,
-                 {"Temp", "datum", "hoeveel", "kwaarde", "vwaarde", "verwys", "KTemp"},
-                 {{"chairs", "2025/06/30", "12", "150", "1800", "PO 7", "STORE ROOM"}}});
 
     // The start-up repairs: statements that must fail as they do on the old engine, and an empty table made by
     // select into from a derived table.

@@ -195,7 +195,7 @@ TEST_F(ArchiveTest, UnwritableFolderLeavesTheOldArchiveWhole) {
     EXPECT_EQ(missing, 76);
 }
 
-// The store's backup: a held store writes nothing; the repair leaves no free pages.
+// The repair after a backup leaves no free pages.
 class StoreBackupTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -211,27 +211,6 @@ protected:
     TempHome home;
     Session session;
 };
-
-TEST_F(StoreBackupTest, HeldStoreLeavesTheOldArchive) {
-    const QString folder = DefaultBackupFolder(session);
-    ASSERT_EQ(folder, home.dataPath() + "Backup");
-    BackupResult first = BackupStore(session, folder);
-    ASSERT_EQ(first.outcome, BackupOutcome::Written);
-    ReopenStore(session);
-    const QByteArray before = ReadFile(folder + "/Inven.rar");
-
-    session.db->Execute("insert into pdp (id, surname, firstname, pdpdate) values ('1', 'A', 'B', '2025/01/01')");
-    auto other = Database::Open(home.storeFile(), false);
-    other->BeginTrans();
-    other->Execute("insert into pdp (id, surname, firstname, pdpdate) values ('2', 'C', 'D', '2025/01/01')");
-    EXPECT_TRUE(StoreIsHeld(home.storeFile()));
-    EXPECT_EQ(BackupStore(session, folder).outcome, BackupOutcome::StoreHeld);
-    EXPECT_EQ(ReadFile(folder + "/Inven.rar"), before);
-    other->Rollback();
-    other.reset();
-    ReopenStore(session);
-    EXPECT_EQ(session.db->OpenRecordset("select val('1 234.50') from pdp")->Field(0).toDouble(), 1234.5);
-}
 
 TEST_F(StoreBackupTest, RepairWithAnOpenStatementLeavesNoFreePages) {
     for (int i = 0; i < 300; ++i)

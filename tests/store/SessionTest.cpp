@@ -115,14 +115,3 @@ TEST(SessionEnd, RepairWithoutAStoreIsSilent) {
     EXPECT_NO_THROW(RepairAtExit(s));
     EXPECT_FALSE(QFile::exists(home.storeFile()));
 }
-
-TEST(SessionCurrent, SetAndReset) {
-    Session mine;
-    mine.ReportChoice = "fuel";
-    SetCurrentSession(&mine);
-    EXPECT_EQ(&CurrentSession(), &mine);
-    EXPECT_EQ(CurrentSession().ReportChoice, "fuel");
-    SetCurrentSession(nullptr);
-    EXPECT_NE(&CurrentSession(), &mine);
-    EXPECT_EQ(CurrentSession().db, nullptr);
-}

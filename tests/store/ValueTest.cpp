@@ -115,16 +115,3 @@ TEST(ValueConversion, LongAndCurrencyRoundHalfToEven) {
     EXPECT_EQ(Value(std::int64_t{5}).toCurrency().raw(), 50000);
     EXPECT_EQ(ErrorNumberOf([] { (void)Value(1e30).toLong(); }), 6);
 }
-
-TEST(ValueConversion, TypesAndNullness) {
-    EXPECT_EQ(Value().type(), VType::Empty);
-    EXPECT_EQ(Value::null().type(), VType::Null);
-    EXPECT_EQ(Value(1).type(), VType::Long);
-    EXPECT_EQ(Value(1.0).type(), VType::Double);
-    EXPECT_EQ(Value(Currency()).type(), VType::Currency);
-    EXPECT_EQ(Value(QDate(2020, 1, 1)).type(), VType::Date);
-    EXPECT_EQ(Value("x").type(), VType::String);
-    EXPECT_TRUE(Value(true).isNumeric());
-    EXPECT_FALSE(Value("1").isNumeric());
-    EXPECT_TRUE(Value::null().isNull());
-}

@@ -1,4 +1,4 @@
-// The vehicle list's statement: select list by purpose, then category, search, renewal period, order.
+// The vehicle list's statement: its conditions by category, search and renewal period.
 #include "VehicleSql.h"
 
 #include <functional>
@@ -21,22 +21,6 @@ VehicleListFilter CategoryFilter(int index, int id) {
 
 } // namespace
 
-TEST(VehicleSql, SelectListsByPurposeWithTheirBlanks) {
-    VehicleListFilter f = CategoryFilter(1, 3);
-    f.searchText = "toy";
-    EXPECT_EQ(BuildVehicleSql(f, VehicleSqlKind::Grid),
-              "SELECT   voertuig.[TransID] ,desc as Category ,[Maak]  ,[Model] ,[RegNR]  ,[AWaarde]  ,[KM] "
-              ",licenceduedate   ,serviceduedate " +
-                  kFrom + " and CatID = 3 and maak like '*toy*'" + kOrder);
-    EXPECT_EQ(BuildVehicleSql(f, VehicleSqlKind::Workbook),
-              "SELECT   desc as Category ,[Maak] as [Make] ,[Model] ,[RegNR] as [Registration #] ,[AWaarde] as "
-              "[Purchase Price] ,[KM] ,licenceduedate as [Licence Renewal]  ,serviceduedate as [Service Due] " +
-                  kFrom + " and CatID = 3 and maak like '*toy*'" + kOrder);
-    // The minima take no condition and no order.
-    EXPECT_EQ(BuildVehicleSql(f, VehicleSqlKind::MinLicence), "SELECT   min(licenceduedate) as [LicenceDate]" + kFrom);
-    EXPECT_EQ(BuildVehicleSql(f, VehicleSqlKind::MinService), "SELECT   min(serviceduedate) as [ServiceDate]" + kFrom);
-}
-
 // The conditions between the fixed part and the order, for each way the grid is filled.
 TEST(VehicleSql, ConditionsByCategorySearchAndRenewalPeriod) {
     struct Case {
@@ -48,6 +32,7 @@ TEST(VehicleSql, ConditionsByCategorySearchAndRenewalPeriod) {
     const Case cases[] = {
         {"one category", 2, [](VehicleListFilter&) {}, " and CatID = 7"},
         {"all categories", 0, [](VehicleListFilter&) {}, ""},
+        {"make", 3, [](VehicleListFilter& f) { f.searchText = "toy"; }, " and CatID = 7 and maak like '*toy*'"},
         {"model, text as typed", 0, [](VehicleListFilter& f) { f.searchText = " Hi lux", f.searchOption = 1; },
          " and model like '* Hi lux*'"},
         {"registration", 0, [](VehicleListFilter& f) { f.searchText = "CA 1", f.searchOption = 2; },
