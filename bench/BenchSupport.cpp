@@ -57,7 +57,7 @@ void StartStore(Session& session, const QString& home) {
     SetHomeFolder(home);
     SetCurrentSession(&session);
     OpenSessionStore(session);
-    RunSchemaSteps(*session.db);
+    RunStartupSteps(*session.db); // as the program starts its store: steps, then the working objects
 }
 
 } // namespace bench

@@ -6,6 +6,7 @@
 #include "RecalcSteps.h"
 #include "Session.h"
 #include "StoreFacts.h"
+#include "TouchLog.h"
 #include "Vb.h"
 
 #include <QHash>
@@ -16,6 +17,7 @@
 #include <cmath>
 #include <map>
 #include <optional>
+#include <set>
 #include <sqlite3.h>
 #include <stdexcept>
 #include <string>
@@ -295,6 +297,14 @@ QString Literal(const Value& v) {
     return "'" + text + "'";
 }
 
+// Whole-number keys as a list for "IN (...)".
+QString KeyList(const std::set<double>& keys) {
+    QStringList parts;
+    for (double k : keys)
+        parts << QString::number(static_cast<std::int64_t>(k));
+    return parts.join(", ");
+}
+
 JetType ColumnType(Database& store, const QString& table, const QString& column) {
     for (const FieldDef& f : store.Fields(table))
         if (f.name.compare(column, Qt::CaseInsensitive) == 0)
@@ -307,6 +317,11 @@ public:
     FastRecalc(Database& store, bool& ok) : m_db(store), m_ok(ok) {}
 
     int readVehicles();
+    // Limits the run to the chains of these vehicles and the stock takes and balances of these tanks.
+    void limitTo(std::set<double> vehicles, std::set<double> tanks) {
+        m_onlyVehicles = std::move(vehicles);
+        m_onlyTanks = std::move(tanks);
+    }
     void run(RecalcSummary& summary);
     RecalcSummary settledSummary();
 
@@ -365,6 +380,10 @@ private:
     BoundedSums& issuesOfTank(double tank);
     std::map<double, long double> m_verloreTotal; // after the stock takes are rewritten
 
+    std::optional<std::set<double>> m_onlyVehicles, m_onlyTanks; // unset: every vehicle, every tank
+    bool chainsVehicle(double id) const { return !m_onlyVehicles || m_onlyVehicles->count(id) > 0; }
+    bool balancesTank(double id) const { return !m_onlyTanks || m_onlyTanks->count(id) > 0; }
+
     enum class TieRule { Unknown, StoredOrder, IndexOrder, AskEach };
     TieRule m_tieRule = TieRule::Unknown;
 
@@ -397,22 +416,24 @@ void FastRecalc::readFuel() {
     for (const QString& column : tieColumns)
         tieSelect += ", " + column;
     m_tieCount = static_cast<size_t>(tieColumns.size());
-    const std::int64_t expected = guarded([&] {
-        std::int64_t count = 0;
-        m_db.ForEachRow("SELECT count(*) FROM VecFuel", [&](const RowView& r) { count = r.integer(0); });
-        return count;
-    });
-    // One scan in stored order serves both the chains and the tank sums.
-    m_fuel = guarded([&] {
-        std::vector<FuelRow> rows;
-        rows.reserve(static_cast<size_t>(expected));
-        m_ties.clear();
-        m_ties.reserve(static_cast<size_t>(expected) * m_tieCount);
-        m_others.clear();
-        m_issues.clear();
+    // A row read for the chains keeps its reading and key; a row read for the sums adds its litres to its tank.
+    auto readRows = [&](const QString& where, bool forChains, bool forSums, std::vector<FuelRow>& rows) {
         m_db.ForEachRow("SELECT TransID, VoertuigID, KmRead, PreviousKmRead, TankID, Datum, Litres" + tieSelect +
-                            " FROM VecFuel",
+                            " FROM VecFuel" + where,
                         [&](const RowView& r) {
+                            if (forSums) {
+                                if (auto tank = NumericKeyOf(r, 4)) {
+                                    if (auto litres = AmountOf(r, 6)) {
+                                        BoundedSums& sums = issuesOfTank(*tank);
+                                        if (PlainTextColumn(r, 5))
+                                            sums.addText(r.utf8(5), *litres);
+                                        else
+                                            sums.add(StoredDateKey(r.value(5)), *litres);
+                                    }
+                                }
+                            }
+                            if (!forChains)
+                                return;
                             FuelRow row;
                             row.transId = cellOf(r, 0);
                             if (const auto vehicle = NumericKeyOf(r, 1)) {
@@ -423,19 +444,42 @@ void FastRecalc::readFuel() {
                             row.previousKmRead = cellOf(r, 3);
                             for (int t = 0; t < tieColumns.size(); ++t)
                                 m_ties.push_back(TiePartOf(r, 7 + t));
-                            if (auto tank = NumericKeyOf(r, 4)) {
-                                if (auto litres = AmountOf(r, 6)) {
-                                    BoundedSums& sums = issuesOfTank(*tank);
-                                    if (PlainTextColumn(r, 5))
-                                        sums.addText(r.utf8(5), *litres);
-                                    else
-                                        sums.add(StoredDateKey(r.value(5)), *litres);
-                                }
-                            }
                             rows.push_back(row);
                         });
-        return rows;
-    });
+    };
+    auto startReading = [&] {
+        m_ties.clear();
+        m_others.clear();
+        m_issues.clear();
+    };
+    if (m_onlyVehicles && m_onlyTanks) {
+        // A partial run reads the rows of the vehicles it chains (in stored order: the key is the row's number)
+        // and, apart, the rows of the tanks it balances.
+        m_fuel = guarded([&] {
+            std::vector<FuelRow> rows;
+            startReading();
+            if (!m_onlyVehicles->empty())
+                readRows(" WHERE VoertuigID IN (" + KeyList(*m_onlyVehicles) + ") ORDER BY TransID", true, false, rows);
+            if (!m_onlyTanks->empty())
+                readRows(" WHERE TankID IN (" + KeyList(*m_onlyTanks) + ")", false, true, rows);
+            return rows;
+        });
+    } else {
+        const std::int64_t expected = guarded([&] {
+            std::int64_t count = 0;
+            m_db.ForEachRow("SELECT count(*) FROM VecFuel", [&](const RowView& r) { count = r.integer(0); });
+            return count;
+        });
+        // One scan in stored order serves both the chains and the tank sums.
+        m_fuel = guarded([&] {
+            std::vector<FuelRow> rows;
+            rows.reserve(static_cast<size_t>(expected));
+            startReading();
+            m_ties.reserve(static_cast<size_t>(expected) * m_tieCount);
+            readRows(QString(), true, true, rows);
+            return rows;
+        });
+    }
     for (auto& [tank, sums] : m_issues)
         sums.seal();
     for (FuelRow& row : m_fuel) {
@@ -576,7 +620,7 @@ void FastRecalc::chainOdometers() {
 
     for (size_t v = 0; v < m_vehicles.size(); ++v) {
         auto id = NumericKey(m_vehicles[v].first);
-        if (!id || lastOccurrence[*id] != v)
+        if (!id || lastOccurrence[*id] != v || !chainsVehicle(*id))
             continue;
         auto found = rowsOfVehicle.find(*id);
         if (found == rowsOfVehicle.end())
@@ -619,6 +663,8 @@ void FastRecalc::bookStockTakes() {
 
     for (size_t i = 0; i < m_stock.size(); ++i) {
         StockRow& row = m_stock[i];
+        if (row.tank && !balancesTank(*row.tank))
+            continue;
         Currency balance;
         if (row.tank) {
             const double tank = *row.tank;
@@ -669,6 +715,8 @@ void FastRecalc::balanceTanks() {
             });
             continue;
         }
+        if (!balancesTank(*id))
+            continue;
         Currency balance;
         if (auto p = m_purchases.find(*id); p != m_purchases.end())
             balance = guarded([&] { return SumToCurrency(p->second.total()); });
@@ -732,10 +780,15 @@ void FastRecalc::run(RecalcSummary& summary) {
     bookStockTakes();
     balanceTanks();
     writeChanges();
-    summary.vehicles = static_cast<int>(m_vehicles.size());
-    summary.fuelRows = static_cast<int>(m_fuel.size());
-    summary.stockTakes = static_cast<int>(m_stock.size());
-    summary.tanks = static_cast<int>(m_tanks.size());
+    if (m_onlyVehicles) {
+        summary = settledSummary();
+        summary.narrowed = true;
+    } else {
+        summary.vehicles = static_cast<int>(m_vehicles.size());
+        summary.fuelRows = static_cast<int>(m_fuel.size());
+        summary.stockTakes = static_cast<int>(m_stock.size());
+        summary.tanks = static_cast<int>(m_tanks.size());
+    }
     summary.valuesWritten = static_cast<int>(m_writes.size());
 }
 
@@ -757,6 +810,42 @@ RecalcSummary FastRecalc::settledSummary() {
 }
 
 const QString kSettledMark = QStringLiteral("recalc settled");
+
+// What a run reads, by the key that finds it: a vehicle's chain follows its fuel rows and its Km; a tank's
+// stock takes and balance follow its purchases, stock takes, issues and its own row.
+const std::vector<TouchWatch>& RecalcWatches() {
+    static const std::vector<TouchWatch> watches = {
+        {"VecFuel", "vehicle", "VoertuigID", {}}, {"VecFuel", "tank", "TankID", {}},
+        {"Voertuig", "vehicle", "TransID", {}},   {"FuelPurchase", "tank", "TankID", {}},
+        {"TankStock", "tank", "TankID", {}},      {"Tanks", "tank", "TransID", {"TransID", "HuidigeVolume"}},
+    };
+    return watches;
+}
+
+// The vehicles and tanks whose figures may differ from what the last run left, when the log can say so: every
+// key a whole number, and the fuel rows' key the row number itself (so that key order is stored order).
+std::optional<std::pair<std::set<double>, std::set<double>>> TouchedByKind(Database& store,
+                                                                           const TouchedSince& touched) {
+    if (!touched.trusted)
+        return std::nullopt;
+    std::set<double> vehicles, tanks;
+    for (const TouchedKey& k : touched.keys) {
+        if (!k.key || std::abs(*k.key) >= (std::int64_t(1) << 53))
+            return std::nullopt;
+        (k.tag == "vehicle" ? vehicles : tanks).insert(static_cast<double>(*k.key));
+    }
+    bool rowNumberKey = false;
+    try {
+        for (const FieldDef& f : store.Fields("VecFuel"))
+            if (f.name.compare("TransID", Qt::CaseInsensitive) == 0)
+                rowNumberKey = JetTypeFromWord(f.type, f.size).kind == JetKind::Counter;
+    } catch (const DbError&) {
+        return std::nullopt; // the full run reports what is wrong
+    }
+    if (!rowNumberKey)
+        return std::nullopt;
+    return std::make_pair(std::move(vehicles), std::move(tanks));
+}
 
 class BarShown {
 public:
@@ -796,11 +885,24 @@ bool Recalc(Database& store, QProgressBar* progressBar, bool showDone, RecalcSum
         if (store.UnchangedSince(kSettledMark) || (facts.recalcSettled && noTransaction)) {
             local = work.settledSummary();
         } else {
+            // The log of what this connection touched since the last run narrows the work to those vehicles and
+            // tanks; where it cannot vouch for every change (first run of the session, another connection's
+            // write, a schema change, a run that failed) every vehicle and tank is done.
+            const TouchedSince touched = noTransaction ? ReadTouched(store, "recalc", RecalcWatches()) : TouchedSince{};
+            if (auto narrowed = TouchedByKind(store, touched))
+                work.limitTo(std::move(narrowed->first), std::move(narrowed->second));
             work.run(local);
+            if (noTransaction)
+                ClearTouched(store, "recalc", touched, ok);
             if (ok && local.valuesWritten == 0 && noTransaction) {
                 store.MarkUnchanged(kSettledMark);
-                facts.recalcSettled = true;
-                RecordStoreFacts(store.Path(), file, facts);
+                // The file's fact is kept from a run over everything (the first of a session, a command's run);
+                // the narrowed runs after a save leave it, since the repair at the end of the session rewrites
+                // the file and each record would cost a synchronised write.
+                if (!local.narrowed) {
+                    facts.recalcSettled = true;
+                    RecordStoreFacts(store.Path(), file, facts);
+                }
             }
         }
         if (showDone)

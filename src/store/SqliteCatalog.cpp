@@ -35,7 +35,8 @@ bool EnsureWorkingIndexes(sqlite3* db) {
         const char* table;
         const char* column;
     };
-    static const Wanted kWanted[] = {{"EquipmentTrans", "bookoutid"}};
+    // The issues of one tank, which the recalculation sums for each tank a save touches.
+    static const Wanted kWanted[] = {{"EquipmentTrans", "bookoutid"}, {"VecFuel", "TankID"}};
     bool made = false;
     for (const Wanted& w : kWanted) {
         bool columnStands = false;

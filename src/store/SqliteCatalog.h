@@ -15,9 +15,9 @@ struct sqlite3;
 struct sqlite3_stmt;
 
 // Indexes the store keeps for its own look-ups, where a statement the register runs would otherwise scan a
-// table once per row (the returns of each open book-out). They carry this prefix, are never listed as the
-// register's indexes, and the start-up makes them after its steps, so that a table rebuilt by a step gets its
-// own again.
+// table once per row (the returns of each open book-out, the issues of one tank). They carry this prefix, are never
+// listed as the register's indexes, and the start-up makes them after its steps, so that a table rebuilt by a step gets
+// its own again.
 inline constexpr char kWorkingIndexPrefix[] = "orvel_index_";
 // Makes the working indexes that are missing, on tables and columns that stand; true when one was made.
 bool EnsureWorkingIndexes(sqlite3* db);
