@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cmath>
 #include <deque>
+#include <utility>
+#include <vector>
 #include <xlsxwriter.h>
 
 namespace {
@@ -220,6 +222,17 @@ private:
     }
 
     lxw_format* FormatOf(const XlCellFormat& f) {
+        // A book holds few distinct formats: compared field by field they are found without building a key per cell.
+        for (const auto& [known, made] : m_recent)
+            if (known == f)
+                return made;
+        lxw_format* found = FormatByKey(f);
+        if (m_recent.size() < 64)
+            m_recent.emplace_back(f, found);
+        return found;
+    }
+
+    lxw_format* FormatByKey(const XlCellFormat& f) {
         const QString key = QStringList{f.fontName,
                                         QString::number(f.fontSize),
                                         QString::number(f.bold),
@@ -272,37 +285,42 @@ private:
     void WriteCell(lxw_worksheet* ws, int row, int col, const XlCell& cell, bool hiddenByMerge) {
         const auto r = static_cast<lxw_row_t>(row - 1);
         const auto c = static_cast<lxw_col_t>(col - 1);
-        lxw_format* fmt = cell.format == XlCellFormat() ? nullptr : FormatOf(cell.format);
-        const QString where = CellAddress(row, col);
+        static const XlCellFormat plain;
+        lxw_format* fmt = cell.format == plain ? nullptr : FormatOf(cell.format);
+        // The cell's address is made only for a failure's message.
+        const auto put = [row, col](lxw_error err) {
+            if (err != LXW_NO_ERROR)
+                Check(err, CellAddress(row, col));
+        };
         if (hiddenByMerge) {
             if (fmt)
-                Check(worksheet_write_blank(ws, r, c, fmt), where);
+                put(worksheet_write_blank(ws, r, c, fmt));
             return;
         }
         switch (cell.value.type()) {
         case VType::Empty:
         case VType::Null:
             if (fmt)
-                Check(worksheet_write_blank(ws, r, c, fmt), where);
+                put(worksheet_write_blank(ws, r, c, fmt));
             break;
         case VType::Boolean:
-            Check(worksheet_write_boolean(ws, r, c, cell.value.toBool() ? 1 : 0, fmt), where);
+            put(worksheet_write_boolean(ws, r, c, cell.value.toBool() ? 1 : 0, fmt));
             break;
         case VType::Long:
         case VType::Double:
         case VType::Currency:
-            Check(worksheet_write_number(ws, r, c, cell.value.toDouble(), fmt), where);
+            put(worksheet_write_number(ws, r, c, cell.value.toDouble(), fmt));
             break;
         case VType::Date:
-            Check(worksheet_write_number(ws, r, c, ExcelSerialOf(cell.value.toDate()), fmt), where);
+            put(worksheet_write_number(ws, r, c, ExcelSerialOf(cell.value.toDate()), fmt));
             break;
         case VType::String: {
             const QString text = cell.value.toString();
             if (text.isEmpty()) {
                 if (fmt)
-                    Check(worksheet_write_blank(ws, r, c, fmt), where);
+                    put(worksheet_write_blank(ws, r, c, fmt));
             } else {
-                Check(worksheet_write_string(ws, r, c, Keep(text.left(32767)).constData(), fmt), where);
+                put(worksheet_write_string(ws, r, c, Keep(text.left(32767)).constData(), fmt));
             }
             break;
         }
@@ -451,6 +469,7 @@ private:
     lxw_workbook* m_wb = nullptr;
     std::deque<QByteArray> m_texts;
     QHash<QString, lxw_format*> m_formats;
+    std::vector<std::pair<XlCellFormat, lxw_format*>> m_recent;
 };
 
 } // namespace
