@@ -4,8 +4,10 @@
 #include "FuelUsageReports.h"
 #include "FuelUsageTestStore.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QFileInfo>
+#include <QHeaderView>
 
 namespace {
 
@@ -181,6 +183,25 @@ TEST_F(FuelUsageLinesTest, AKindWithoutRowsStillHasItsSheet) {
     ASSERT_EQ(saved.sheetNames(), QStringList({"Km", "Hours"}));
     EXPECT_EQ(saved.sheet(0)->lastRow(), 5);
     EXPECT_EQ(saved.sheet(1)->text("A3"), "No Vehicle(s) with Rebate Applicable");
+}
+
+} // namespace
+
+namespace {
+
+// The detailed preview at the office's usual size; with ORVEL_SHOT_OUT set, kept as a picture.
+TEST_F(FuelUsageLinesTest, DetailedPreviewFitsTheUsualScreen) {
+    SeedUsage();
+    frmVerslae& screen = preview("Detailed Veh. Fuel Usage", true);
+    screen.resize(1260, 700);
+    QApplication::processEvents();
+    const QImage shot = screen.grab().toImage();
+    // Fourteen columns need the scroll bar; who, what and how much of each issue are in sight without it.
+    const QHeaderView* header = screen.grd3->horizontalHeader();
+    EXPECT_LE(header->sectionPosition(6) + header->sectionSize(6), screen.grd3->viewport()->width());
+    if (const QString out = qEnvironmentVariable("ORVEL_SHOT_OUT"); !out.isEmpty()) {
+        EXPECT_TRUE(shot.save(out + "/fuel-usage-detailed.png"));
+    }
 }
 
 } // namespace
