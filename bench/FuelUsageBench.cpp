@@ -161,6 +161,11 @@ int main(int argc, char** argv) {
                 shape.drivers = 12;
                 shape.activities = 8;
                 GenerateRegister(*s.db, shape);
+                for (int n = 1; n <= shape.drivers; ++n)
+                    s.db->Execute(QString("insert into drivers (id, description) values (%1, 'Driver %1')").arg(n));
+                for (int n = 1; n <= shape.activities; ++n)
+                    s.db->Execute(
+                        QString("insert into activities (id, description) values (%1, 'Activity %1')").arg(n));
             } else {
                 DemoOptions options;
                 options.large = true;

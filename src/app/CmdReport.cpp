@@ -130,6 +130,12 @@ int RunReportCommand(const CommandLine& cl, int argc, char** argv) {
 
     auto screen = std::make_unique<frmVerslae>();
     screen->show();
+    // A report that is no screen (the log sheet) printed on opening: its workbook is the output.
+    if (const QString printed = screen->LastRun().savedPath; !printed.isEmpty()) {
+        std::printf("%s\n", qPrintable(printed));
+        std::fflush(stdout);
+        return 0;
+    }
     bool failed = false;
     screen->SetStopOnError([&failed](const QString&) { failed = true; });
     if (!args.from.isEmpty() && !SetDate(screen->dtpFrom, args.from))

@@ -71,6 +71,14 @@ int UsagePass(const ReportRun& run, const QString& ids) {
     WriteTitleRow(xlSheet, last, run.title + " From " + run.from + " To " + run.to);
     xlRow = 2;
     WriteFieldHeadings(xlSheet, *rs);
+    // The columns take the sheet's font and number formats before the rows come, so that each pasted cell starts
+    // with them instead of a second walk over every cell.
+    const UsageLayout layout = LayoutOf(run.title);
+    int font = 2;
+    XlRange columns = xlSheet->Columns("a:" + last);
+    columns.SetFontName(REPORT_FontName(font));
+    columns.SetFontSize(8);
+    xlSheet->Columns(layout.numberColumns).SetNumberFormat(kPattern);
     run.Message("Printing Lines. May take a while.");
     int rows = 0;
     if (rs->Eof())
@@ -81,16 +89,10 @@ int UsagePass(const ReportRun& run, const QString& ids) {
     xlRow = 3 + rows;
 
     run.Message("Formatting");
-    const UsageLayout layout = LayoutOf(run.title);
-    xlSheet->Columns(layout.numberColumns).SetNumberFormat(kPattern);
-    int font = 2;
-    XlRange used = xlSheet->Range("a1", last + QString::number(std::max(3, xlRow - 1)));
-    used.SetFontName(REPORT_FontName(font));
-    used.SetFontSize(8);
     if (layout.widths.isEmpty())
         FitColumns(xlSheet, fields);
-    for (const auto& [columns, width] : layout.widths)
-        xlSheet->Columns(columns).SetColumnWidth(width);
+    for (const auto& [span, width] : layout.widths)
+        xlSheet->Columns(span).SetColumnWidth(width);
     ReportPageSetup(xlSheet, layout.orientation);
     return rows;
 }

@@ -58,3 +58,14 @@ TEST_F(FuelUsageCommandTest, LitresPerActivityVehicleWritesTheScreensCells) {
 }
 
 } // namespace
+
+namespace {
+
+TEST_F(FuelUsageCommandTest, TheLogSheetPrintsOnOpeningAndNamesItsWorkbook) {
+    QString out, err;
+    ASSERT_EQ(run({"Vehicle Fuel Log Sheet"}, out, err), 0) << err.toStdString();
+    EXPECT_TRUE(QFileInfo(out.trimmed()).fileName().startsWith("Vehicle Fuel Log Sheet-")) << out.toStdString();
+    EXPECT_FALSE(err.contains("Select a Product")) << err.toStdString();
+}
+
+} // namespace

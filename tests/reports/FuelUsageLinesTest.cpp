@@ -96,6 +96,8 @@ TEST_F(FuelUsageLinesTest, BothKindsPrintTwoSheetsAndTheSavedNameLosesItsSlash) 
     EXPECT_EQ(column(km, "C"), QStringList({"JAN SMIT", "JAN SMIT", "PIET NEL", "PIET NEL", "PIET NEL"}));
     EXPECT_DOUBLE_EQ(km.number("D5"), 20);
     EXPECT_EQ(km.cell("D5")->style.numberFormat, "### ### ##0.00");
+    EXPECT_DOUBLE_EQ(km.cell("A7")->style.font.size, 8);
+    EXPECT_EQ(km.cell("C7")->style.font.name, km.cell("A1")->style.font.name);
     EXPECT_EQ(km.orientation, "portrait");
     const WbSheet& hours = *saved.sheet(1);
     EXPECT_EQ(column(hours, "B"), QStringList({"JOHN DEERE(JD 1)", "JOHN DEERE(JD 1)"}));
