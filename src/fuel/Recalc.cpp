@@ -416,24 +416,25 @@ void FastRecalc::readFuel() {
     for (const QString& column : tieColumns)
         tieSelect += ", " + column;
     m_tieCount = static_cast<size_t>(tieColumns.size());
-    // A row read for the chains keeps its reading and key; a row read for the sums adds its litres to its tank.
-    auto readRows = [&](const QString& where, bool forChains, bool forSums, std::vector<FuelRow>& rows) {
+    // A row read keeps its key and readings for the chains; read for the sums too, it adds its litres to its tank.
+    // Adds an issue's litres to its tank's sums, from the columns that hold its tank, date and litres.
+    auto addToSums = [&](const RowView& r, int tankColumn) {
+        if (auto tank = NumericKeyOf(r, tankColumn)) {
+            if (auto litres = AmountOf(r, tankColumn + 2)) {
+                BoundedSums& sums = issuesOfTank(*tank);
+                if (PlainTextColumn(r, tankColumn + 1))
+                    sums.addText(r.utf8(tankColumn + 1), *litres);
+                else
+                    sums.add(StoredDateKey(r.value(tankColumn + 1)), *litres);
+            }
+        }
+    };
+    auto readRows = [&](const QString& where, bool forSums, std::vector<FuelRow>& rows) {
         m_db.ForEachRow("SELECT TransID, VoertuigID, KmRead, PreviousKmRead, TankID, Datum, Litres" + tieSelect +
                             " FROM VecFuel" + where,
                         [&](const RowView& r) {
-                            if (forSums) {
-                                if (auto tank = NumericKeyOf(r, 4)) {
-                                    if (auto litres = AmountOf(r, 6)) {
-                                        BoundedSums& sums = issuesOfTank(*tank);
-                                        if (PlainTextColumn(r, 5))
-                                            sums.addText(r.utf8(5), *litres);
-                                        else
-                                            sums.add(StoredDateKey(r.value(5)), *litres);
-                                    }
-                                }
-                            }
-                            if (!forChains)
-                                return;
+                            if (forSums)
+                                addToSums(r, 4);
                             FuelRow row;
                             row.transId = cellOf(r, 0);
                             if (const auto vehicle = NumericKeyOf(r, 1)) {
@@ -459,9 +460,11 @@ void FastRecalc::readFuel() {
             std::vector<FuelRow> rows;
             startReading();
             if (!m_onlyVehicles->empty())
-                readRows(" WHERE VoertuigID IN (" + KeyList(*m_onlyVehicles) + ") ORDER BY TransID", true, false, rows);
+                readRows(" WHERE VoertuigID IN (" + KeyList(*m_onlyVehicles) + ") ORDER BY TransID", false, rows);
             if (!m_onlyTanks->empty())
-                readRows(" WHERE TankID IN (" + KeyList(*m_onlyTanks) + ")", false, true, rows);
+                m_db.ForEachRow("SELECT TankID, Datum, Litres FROM VecFuel WHERE TankID IN (" + KeyList(*m_onlyTanks) +
+                                    ")",
+                                [&](const RowView& r) { addToSums(r, 0); });
             return rows;
         });
     } else {
@@ -476,7 +479,7 @@ void FastRecalc::readFuel() {
             rows.reserve(static_cast<size_t>(expected));
             startReading();
             m_ties.reserve(static_cast<size_t>(expected) * m_tieCount);
-            readRows(QString(), true, true, rows);
+            readRows(QString(), true, rows);
             return rows;
         });
     }
