@@ -323,10 +323,12 @@ public:
         m_onlyTanks = std::move(tanks);
     }
     void run(RecalcSummary& summary);
+    void countRows(bool wanted) { m_countRows = wanted; }
     RecalcSummary settledSummary();
 
 private:
     void readFuel();
+    void inStoredOrder(std::vector<FuelRow>& rows);
     void readPurchasesAndStock();
     void chainOdometers();
     std::vector<size_t> chainOrder(const Value& vehicleId, std::vector<size_t> rows);
@@ -381,6 +383,7 @@ private:
     std::map<double, long double> m_verloreTotal; // after the stock takes are rewritten
 
     std::optional<std::set<double>> m_onlyVehicles, m_onlyTanks; // unset: every vehicle, every tank
+    bool m_countRows = true;                                     // the summary's counts are wanted
     bool chainsVehicle(double id) const { return !m_onlyVehicles || m_onlyVehicles->count(id) > 0; }
     bool balancesTank(double id) const { return !m_onlyTanks || m_onlyTanks->count(id) > 0; }
 
@@ -460,7 +463,8 @@ void FastRecalc::readFuel() {
             std::vector<FuelRow> rows;
             startReading();
             if (!m_onlyVehicles->empty())
-                readRows(" WHERE VoertuigID IN (" + KeyList(*m_onlyVehicles) + ") ORDER BY TransID", false, rows);
+                readRows(" WHERE VoertuigID IN (" + KeyList(*m_onlyVehicles) + ")", false, rows);
+            inStoredOrder(rows);
             if (!m_onlyTanks->empty())
                 m_db.ForEachRow("SELECT TankID, Datum, Litres FROM VecFuel WHERE TankID IN (" + KeyList(*m_onlyTanks) +
                                     ")",
@@ -496,6 +500,27 @@ void FastRecalc::readFuel() {
         else
             row.order = guarded([&] { return vb::Val(reading); });
     }
+}
+
+// Puts rows read through the vehicle index back in stored order, which is the order of their row numbers. (Asked
+// of the statement, that order would make the store walk the whole table rather than the index.)
+void FastRecalc::inStoredOrder(std::vector<FuelRow>& rows) {
+    std::vector<size_t> order(rows.size());
+    for (size_t i = 0; i < order.size(); ++i)
+        order[i] = i;
+    std::stable_sort(order.begin(), order.end(),
+                     [&](size_t a, size_t b) { return rows[a].transId.number < rows[b].transId.number; });
+    std::vector<FuelRow> sorted;
+    std::vector<TiePart> ties;
+    sorted.reserve(rows.size());
+    ties.reserve(m_ties.size());
+    for (size_t i : order) {
+        sorted.push_back(rows[i]);
+        for (size_t t = 0; t < m_tieCount; ++t)
+            ties.push_back(m_ties[i * m_tieCount + t]);
+    }
+    rows = std::move(sorted);
+    m_ties = std::move(ties);
 }
 
 // The sums of a tank's issues, bucketed by the dates of its stock takes (read before the issues).
@@ -784,7 +809,8 @@ void FastRecalc::run(RecalcSummary& summary) {
     balanceTanks();
     writeChanges();
     if (m_onlyVehicles) {
-        summary = settledSummary();
+        if (m_countRows) // counting every table would cost more than the narrowed run itself
+            summary = settledSummary();
         summary.narrowed = true;
     } else {
         summary.vehicles = static_cast<int>(m_vehicles.size());
@@ -885,8 +911,10 @@ bool Recalc(Database& store, QProgressBar* progressBar, bool showDone, RecalcSum
         const StoreFingerprint file = FingerprintOf(store.Path());
         StoreFacts facts = ReadStoreFacts(store.Path());
         const bool noTransaction = sqlite3_get_autocommit(store.handle()) != 0;
+        work.countRows(summary != nullptr);
         if (store.UnchangedSince(kSettledMark) || (facts.recalcSettled && noTransaction)) {
-            local = work.settledSummary();
+            if (summary)
+                local = work.settledSummary();
         } else {
             // The log of what this connection touched since the last run narrows the work to those vehicles and
             // tanks; where it cannot vouch for every change (first run of the session, another connection's
