@@ -323,10 +323,12 @@ public:
         m_onlyTanks = std::move(tanks);
     }
     void run(RecalcSummary& summary);
+    void countRows(bool wanted) { m_countRows = wanted; }
     RecalcSummary settledSummary();
 
 private:
     void readFuel();
+    void inStoredOrder(std::vector<FuelRow>& rows);
     void readPurchasesAndStock();
     void chainOdometers();
     std::vector<size_t> chainOrder(const Value& vehicleId, std::vector<size_t> rows);
@@ -381,6 +383,7 @@ private:
     std::map<double, long double> m_verloreTotal; // after the stock takes are rewritten
 
     std::optional<std::set<double>> m_onlyVehicles, m_onlyTanks; // unset: every vehicle, every tank
+    bool m_countRows = true;                                     // the summary's counts are wanted
     bool chainsVehicle(double id) const { return !m_onlyVehicles || m_onlyVehicles->count(id) > 0; }
     bool balancesTank(double id) const { return !m_onlyTanks || m_onlyTanks->count(id) > 0; }
 
@@ -416,24 +419,25 @@ void FastRecalc::readFuel() {
     for (const QString& column : tieColumns)
         tieSelect += ", " + column;
     m_tieCount = static_cast<size_t>(tieColumns.size());
-    // A row read for the chains keeps its reading and key; a row read for the sums adds its litres to its tank.
-    auto readRows = [&](const QString& where, bool forChains, bool forSums, std::vector<FuelRow>& rows) {
+    // A row read keeps its key and readings for the chains; read for the sums too, it adds its litres to its tank.
+    // Adds an issue's litres to its tank's sums, from the columns that hold its tank, date and litres.
+    auto addToSums = [&](const RowView& r, int tankColumn) {
+        if (auto tank = NumericKeyOf(r, tankColumn)) {
+            if (auto litres = AmountOf(r, tankColumn + 2)) {
+                BoundedSums& sums = issuesOfTank(*tank);
+                if (PlainTextColumn(r, tankColumn + 1))
+                    sums.addText(r.utf8(tankColumn + 1), *litres);
+                else
+                    sums.add(StoredDateKey(r.value(tankColumn + 1)), *litres);
+            }
+        }
+    };
+    auto readRows = [&](const QString& where, bool forSums, std::vector<FuelRow>& rows) {
         m_db.ForEachRow("SELECT TransID, VoertuigID, KmRead, PreviousKmRead, TankID, Datum, Litres" + tieSelect +
                             " FROM VecFuel" + where,
                         [&](const RowView& r) {
-                            if (forSums) {
-                                if (auto tank = NumericKeyOf(r, 4)) {
-                                    if (auto litres = AmountOf(r, 6)) {
-                                        BoundedSums& sums = issuesOfTank(*tank);
-                                        if (PlainTextColumn(r, 5))
-                                            sums.addText(r.utf8(5), *litres);
-                                        else
-                                            sums.add(StoredDateKey(r.value(5)), *litres);
-                                    }
-                                }
-                            }
-                            if (!forChains)
-                                return;
+                            if (forSums)
+                                addToSums(r, 4);
                             FuelRow row;
                             row.transId = cellOf(r, 0);
                             if (const auto vehicle = NumericKeyOf(r, 1)) {
@@ -459,9 +463,12 @@ void FastRecalc::readFuel() {
             std::vector<FuelRow> rows;
             startReading();
             if (!m_onlyVehicles->empty())
-                readRows(" WHERE VoertuigID IN (" + KeyList(*m_onlyVehicles) + ") ORDER BY TransID", true, false, rows);
+                readRows(" WHERE VoertuigID IN (" + KeyList(*m_onlyVehicles) + ")", false, rows);
+            inStoredOrder(rows);
             if (!m_onlyTanks->empty())
-                readRows(" WHERE TankID IN (" + KeyList(*m_onlyTanks) + ")", false, true, rows);
+                m_db.ForEachRow("SELECT TankID, Datum, Litres FROM VecFuel WHERE TankID IN (" + KeyList(*m_onlyTanks) +
+                                    ")",
+                                [&](const RowView& r) { addToSums(r, 0); });
             return rows;
         });
     } else {
@@ -476,7 +483,7 @@ void FastRecalc::readFuel() {
             rows.reserve(static_cast<size_t>(expected));
             startReading();
             m_ties.reserve(static_cast<size_t>(expected) * m_tieCount);
-            readRows(QString(), true, true, rows);
+            readRows(QString(), true, rows);
             return rows;
         });
     }
@@ -493,6 +500,27 @@ void FastRecalc::readFuel() {
         else
             row.order = guarded([&] { return vb::Val(reading); });
     }
+}
+
+// Puts rows read through the vehicle index back in stored order, which is the order of their row numbers. (Asked
+// of the statement, that order would make the store walk the whole table rather than the index.)
+void FastRecalc::inStoredOrder(std::vector<FuelRow>& rows) {
+    std::vector<size_t> order(rows.size());
+    for (size_t i = 0; i < order.size(); ++i)
+        order[i] = i;
+    std::stable_sort(order.begin(), order.end(),
+                     [&](size_t a, size_t b) { return rows[a].transId.number < rows[b].transId.number; });
+    std::vector<FuelRow> sorted;
+    std::vector<TiePart> ties;
+    sorted.reserve(rows.size());
+    ties.reserve(m_ties.size());
+    for (size_t i : order) {
+        sorted.push_back(rows[i]);
+        for (size_t t = 0; t < m_tieCount; ++t)
+            ties.push_back(m_ties[i * m_tieCount + t]);
+    }
+    rows = std::move(sorted);
+    m_ties = std::move(ties);
 }
 
 // The sums of a tank's issues, bucketed by the dates of its stock takes (read before the issues).
@@ -781,7 +809,8 @@ void FastRecalc::run(RecalcSummary& summary) {
     balanceTanks();
     writeChanges();
     if (m_onlyVehicles) {
-        summary = settledSummary();
+        if (m_countRows) // counting every table would cost more than the narrowed run itself
+            summary = settledSummary();
         summary.narrowed = true;
     } else {
         summary.vehicles = static_cast<int>(m_vehicles.size());
@@ -882,8 +911,10 @@ bool Recalc(Database& store, QProgressBar* progressBar, bool showDone, RecalcSum
         const StoreFingerprint file = FingerprintOf(store.Path());
         StoreFacts facts = ReadStoreFacts(store.Path());
         const bool noTransaction = sqlite3_get_autocommit(store.handle()) != 0;
+        work.countRows(summary != nullptr);
         if (store.UnchangedSince(kSettledMark) || (facts.recalcSettled && noTransaction)) {
-            local = work.settledSummary();
+            if (summary)
+                local = work.settledSummary();
         } else {
             // The log of what this connection touched since the last run narrows the work to those vehicles and
             // tanks; where it cannot vouch for every change (first run of the session, another connection's

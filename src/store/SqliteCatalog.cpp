@@ -33,26 +33,36 @@ QString quoted(const QString& name) {
 bool EnsureWorkingIndexes(sqlite3* db) {
     struct Wanted {
         const char* table;
-        const char* column;
+        const char* name;    // after the prefix and the table
+        QStringList columns; // the first is what is looked up
     };
-    // The issues of one tank, which the recalculation sums for each tank a save touches.
-    static const Wanted kWanted[] = {{"EquipmentTrans", "bookoutid"}, {"VecFuel", "TankID"}};
+    // The returns of each open book-out. The issues of one tank, which the recalculation sums for each tank a save
+    // touches: the index holds the date and litres too, and the row number after the tank, so that a tank's issues
+    // come from it alone and in stored order.
+    static const Wanted kWanted[] = {{"EquipmentTrans", "bookoutid", {"bookoutid"}},
+                                     {"VecFuel", "tank", {"TankID", "TransID", "Datum", "Litres"}}};
     bool made = false;
     for (const Wanted& w : kWanted) {
-        bool columnStands = false;
-        eachRow(db, "PRAGMA table_info(" + quoted(w.table) + ")", [&](sqlite3_stmt* s) {
-            columnStands = columnStands || text(s, 1).compare(w.column, Qt::CaseInsensitive) == 0;
-        });
-        if (!columnStands)
+        QStringList standing;
+        eachRow(db, "PRAGMA table_info(" + quoted(w.table) + ")",
+                [&](sqlite3_stmt* s) { standing << text(s, 1).toLower(); });
+        bool columnsStand = true;
+        QStringList quotedColumns;
+        for (const QString& column : w.columns) {
+            columnsStand = columnsStand && standing.contains(column.toLower());
+            quotedColumns << quoted(column);
+        }
+        if (!columnsStand)
             continue;
-        const QString name = QString(kWorkingIndexPrefix) + QString(w.table).toLower() + "_" + w.column;
+        const QString name = QString(kWorkingIndexPrefix) + QString(w.table).toLower() + "_" + w.name;
         bool exists = false;
         eachRow(db, "SELECT 1 FROM sqlite_master WHERE type = 'index' AND name = '" + name + "'",
                 [&](sqlite3_stmt*) { exists = true; });
         if (exists)
             continue;
         // A failure (a full disk, a read-only file) leaves the look-ups slower, never wrong.
-        const QString sql = "CREATE INDEX " + quoted(name) + " ON " + quoted(w.table) + " (" + quoted(w.column) + ")";
+        const QString sql =
+            "CREATE INDEX " + quoted(name) + " ON " + quoted(w.table) + " (" + quotedColumns.join(", ") + ")";
         made = sqlite3_exec(db, sql.toUtf8().constData(), nullptr, nullptr, nullptr) == SQLITE_OK || made;
     }
     return made;
