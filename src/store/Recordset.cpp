@@ -14,7 +14,6 @@
 #include "sql/JetTranslator.h"
 
 #include <QHash>
-#include <QRegularExpression>
 #include <algorithm>
 
 namespace {
@@ -723,8 +722,10 @@ QString tableNameOf(const QString& source) {
     QString s = source.trimmed();
     if (s.startsWith('[') && s.endsWith(']'))
         return s.mid(1, s.size() - 2);
-    if (s.contains(QRegularExpression(R"(\s)")))
-        return QString();
+    // Any blank, tab or line break makes it a statement (no pattern: every recordset opened comes through here).
+    for (const QChar c : s)
+        if (c == QLatin1Char(' ') || (c.unicode() >= 9 && c.unicode() <= 13))
+            return QString();
     return s;
 }
 

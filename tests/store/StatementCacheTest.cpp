@@ -105,17 +105,22 @@ TEST_F(StatementCacheTest, TextsThatDifferOnlyInALiteralAreToldApart) {
 
 TEST_F(StatementCacheTest, ADefinitionRolledBackIsForgotten) {
     run({"create table t (k long)", "insert into t values (5)"});
+    // A text date written into a date column is stored as that date; into a text column, as it stands. Which value
+    // goes where is decided when the insert is translated.
+    const QString insert = "insert into u values ('2024/01/02', '2024/01/03')";
     db->BeginTrans();
-    db->Execute("create table u (a text(10), b text(10))");
-    db->Execute("insert into u values ('x', 'y')");
-    EXPECT_EQ(describe("select * from u"), "a,b|x,y");
+    db->Execute("create table u (a text(10), b datetime)");
+    db->Execute(insert);
+    EXPECT_EQ(raw("select b from u"), "2024-01-03 00:00:00");
     db->Rollback();
-    EXPECT_EQ(errorOf([&] { describe("select * from u"); }), 3078);
-    // The schema's version number comes back to where it was, and the next definition takes the same number again.
-    db->Execute("create table u (c long)");
-    db->Execute("insert into u values (3)");
-    EXPECT_EQ(describe("select * from u"), "c|3");
-    EXPECT_NE(errorOf([&] { db->Execute("insert into u (a) values ('x')"); }), 0);
+    // The rollback brings the schema's version number back; a definition by another connection takes the rolled-back
+    // number again, with the columns the other way round.
+    auto other = Database::Open(path());
+    other->Execute("create table u (b datetime, a text(10))");
+    other.reset();
+    db->Execute(insert);
+    EXPECT_EQ(raw("select b from u"), "2024-01-02 00:00:00");
+    EXPECT_EQ(raw("select a from u"), "2024/01/03");
 }
 
 TEST_F(StatementCacheTest, ChangesOutsideTheLayerAreSeen) {
