@@ -1,5 +1,5 @@
 // `orvel --home DIR check`: the store-side start-up as a batch command, with a summary line.
-#include "CommandLine.h"
+#include "CommandRun.h"
 #include "Database.h"
 #include "Session.h"
 #include "StoreStartup.h"
@@ -33,22 +33,8 @@ void MakeWritable(const QString& path) {
                                     (QFileInfo(path).isDir() ? QFileDevice::ExeOwner : QFileDevice::Permissions()));
 }
 
-struct CheckRun {
-    int exitCode;
-    std::string out;
-    std::string err;
-};
-
-CheckRun RunCheck(const QString& home, const QStringList& args = {}) {
-    CommandLine cl;
-    cl.home = home;
-    cl.subcommand = "check";
-    cl.args = args;
-    testing::internal::CaptureStdout();
-    testing::internal::CaptureStderr();
-    const int code = RunCheckCommand(cl);
-    CheckRun run{code, testing::internal::GetCapturedStdout(), testing::internal::GetCapturedStderr()};
-    return run;
+CommandRun RunCheck(const QString& home, const QStringList& args = {}) {
+    return RunCommand(home, "check", args);
 }
 
 } // namespace
@@ -56,16 +42,16 @@ CheckRun RunCheck(const QString& home, const QStringList& args = {}) {
 TEST(CheckCommand, NewHomeGetsAStoreAndASummary) {
     QTemporaryDir root;
     const QString home = root.path() + "/fresh";
-    const CheckRun first = RunCheck(home);
-    EXPECT_EQ(first.exitCode, 0) << first.err;
+    const CommandRun first = RunCheck(home);
+    EXPECT_EQ(first.exitCode, 0) << first.err.toStdString();
     EXPECT_TRUE(QFile::exists(home + "/Databases/invent.db"));
-    EXPECT_NE(first.out.find("schema version 1.3.157, ok"), std::string::npos) << first.out;
-    EXPECT_NE(first.out.find(" tables, "), std::string::npos) << first.out;
+    EXPECT_TRUE(first.out.contains("schema version 1.3.157, ok")) << first.out.toStdString();
+    EXPECT_TRUE(first.out.contains(" tables, ")) << first.out.toStdString();
     EXPECT_EQ(first.err, "");
 
     // A second run finds the same store, and the lock of the first run is gone.
-    const CheckRun second = RunCheck(home);
-    EXPECT_EQ(second.exitCode, 0) << second.err;
+    const CommandRun second = RunCheck(home);
+    EXPECT_EQ(second.exitCode, 0) << second.err.toStdString();
     EXPECT_EQ(second.out, first.out);
 }
 
@@ -74,9 +60,9 @@ TEST(CheckCommand, RefusedWhileAnotherInstanceHoldsTheHome) {
     Session running;
     running.home = home.path();
     ASSERT_TRUE(AcquireInstanceLock(running));
-    const CheckRun run = RunCheck(home.path());
+    const CommandRun run = RunCheck(home.path());
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_NE(run.err.find("The Orvel Module is already open!"), std::string::npos) << run.err;
+    EXPECT_TRUE(run.err.contains("The Orvel Module is already open!")) << run.err.toStdString();
     EXPECT_EQ(run.out, "");
     EXPECT_FALSE(QFile::exists(home.storeFile())); // refused before the store is touched
 }
@@ -148,10 +134,10 @@ TEST(CheckCommand, DamagedOrForeignStoresAreRefusedAndLeftAsTheyWere) {
         ASSERT_TRUE(before.open(QIODevice::ReadOnly));
         const QByteArray bytes = before.readAll();
         before.close();
-        const CheckRun run = RunCheck(home.path());
+        const CommandRun run = RunCheck(home.path());
         EXPECT_EQ(run.exitCode, 1);
-        EXPECT_NE(run.err.find(home.dataPath().toStdString()), std::string::npos) << run.err; // file or folder
-        EXPECT_NE(run.err.find(c.cause), std::string::npos) << run.err;
+        EXPECT_TRUE(run.err.contains(home.dataPath())) << run.err.toStdString(); // file or folder
+        EXPECT_TRUE(run.err.contains(c.cause)) << run.err.toStdString();
         EXPECT_EQ(run.out, "");
         QFile after(home.storeFile());
         ASSERT_TRUE(after.open(QIODevice::ReadOnly));
@@ -169,12 +155,10 @@ TEST(CheckCommand, AHomeThatCannotBeMadeIsNamedWithItsCause) {
     ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
     blocker.write("a file where the home folder should be");
     blocker.close();
-    CheckRun run = RunCheck(root.path() + "/home");
+    CommandRun run = RunCheck(root.path() + "/home");
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_NE(run.err.find("The home folder '" + (root.path() + "/home").toStdString() + "' cannot be made"),
-              std::string::npos)
-        << run.err;
-    EXPECT_EQ(run.err.find("already open"), std::string::npos) << run.err;
+    EXPECT_TRUE(run.err.contains("The home folder '" + root.path() + "/home' cannot be made")) << run.err.toStdString();
+    EXPECT_FALSE(run.err.contains("already open")) << run.err.toStdString();
 
     QDir(root.path()).mkpath("home2");
     QFile data(root.path() + "/home2/Databases");
@@ -182,7 +166,7 @@ TEST(CheckCommand, AHomeThatCannotBeMadeIsNamedWithItsCause) {
     data.close();
     run = RunCheck(root.path() + "/home2");
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_NE(run.err.find("Databases/' is not a valid path"), std::string::npos) << run.err;
+    EXPECT_TRUE(run.err.contains("Databases/' is not a valid path")) << run.err.toStdString();
 }
 
 // A new home holds people's names: its folders are its owner's alone, and so is the store.
@@ -202,31 +186,31 @@ TEST(CheckCommand, ANewHomeIsPrivate) {
 
 TEST(CheckCommand, ExtraWordsAreRefused) {
     TempHome home;
-    const CheckRun run = RunCheck(home.path(), {"now"});
+    const CommandRun run = RunCheck(home.path(), {"now"});
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_NE(run.err.find("check takes no arguments"), std::string::npos);
+    EXPECT_TRUE(run.err.contains("check takes no arguments"));
 }
 
 namespace {
 
 // Runs the program under a limit on the size of the files it writes, as a full disk stands in the way.
-CheckRun RunOnAFullDisk(const QString& home, const QStringList& args) {
+CommandRun RunOnAFullDisk(const QString& home, const QStringList& args) {
     QProcess p;
     QStringList quoted;
     for (const QString& a : QStringList{ORVEL_BINARY, "--home", home} + args)
         quoted << "'" + QString(a).replace("'", "'\\''") + "'";
     p.start("bash", {"-c", "ulimit -f 64; exec " + quoted.join(' ')});
     p.waitForFinished(60000);
-    return {p.exitCode(), p.readAllStandardOutput().toStdString(), p.readAllStandardError().toStdString()};
+    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
 }
 
 TEST(CheckCommand, AFullDiskEndsTheRunWithItsMessageAndKeepsTheStore) {
     // A new store that cannot be written whole is not left behind.
     QTemporaryDir root;
     const QString fresh = root.path() + "/fresh";
-    CheckRun run = RunOnAFullDisk(fresh, {"check"});
+    CommandRun run = RunOnAFullDisk(fresh, {"check"});
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_NE(run.err.find("Not enough space on disk"), std::string::npos) << run.err;
+    EXPECT_TRUE(run.err.contains("Not enough space on disk")) << run.err.toStdString();
     EXPECT_FALSE(QFile::exists(fresh + "/Databases/invent.db"));
     EXPECT_FALSE(QFile::exists(fresh + "/Databases/invent.db.new"));
 
@@ -239,10 +223,10 @@ TEST(CheckCommand, AFullDiskEndsTheRunWithItsMessageAndKeepsTheStore) {
     store.close();
     run = RunOnAFullDisk(home.path(), {"query", "update serviceReference set assignDate = now()"});
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_NE(run.err.find("Not enough space on disk"), std::string::npos) << run.err;
+    EXPECT_TRUE(run.err.contains("Not enough space on disk")) << run.err.toStdString();
     // The next start finds what the failed write left in the journal and undoes it.
-    const CheckRun after = RunCheck(home.path());
-    EXPECT_EQ(after.exitCode, 0) << after.err;
+    const CommandRun after = RunCheck(home.path());
+    EXPECT_EQ(after.exitCode, 0) << after.err.toStdString();
     ASSERT_TRUE(store.open(QIODevice::ReadOnly));
     EXPECT_TRUE(store.readAll() == before);
 }

@@ -1,6 +1,6 @@
 // `orvel import` and the import that every entry point runs first: lines per table, the check's summary, what
 // stands refused or replaced, and the desktop start's progress window and message.
-#include "CommandLine.h"
+#include "CommandRun.h"
 #include "Database.h"
 #include "ImportProgressWindow.h"
 #include "OlderImport.h"
@@ -42,37 +42,13 @@ QByteArray Hash(const QString& path) {
                                        : QByteArray();
 }
 
-struct CommandRun {
-    int code;
-    QString out;
-    QString err;
-};
-
-CommandRun Command(const QString& home, const QString& sub, const QStringList& args) {
-    CommandLine cl;
-    cl.home = home;
-    cl.subcommand = sub;
-    cl.args = args;
-    testing::internal::CaptureStdout();
-    testing::internal::CaptureStderr();
-    int code = 2;
-    if (sub == "import")
-        code = RunImportCommand(cl);
-    else if (sub == "query")
-        code = RunQueryCommand(cl);
-    else if (sub == "check")
-        code = RunCheckCommand(cl);
-    const QString out = QString::fromStdString(testing::internal::GetCapturedStdout());
-    return {code, out, QString::fromStdString(testing::internal::GetCapturedStderr())};
-}
-
 } // namespace
 
 TEST(ImportCommand, LinesPerTableSummaryRefusalAndReplacement) {
     TempHome home;
     QTemporaryDir dir;
-    const CommandRun first = Command(home.path(), "import", {Fixture()});
-    ASSERT_EQ(first.code, 0) << first.err.toStdString();
+    const CommandRun first = RunCommand(home.path(), "import", {Fixture()});
+    ASSERT_EQ(first.exitCode, 0) << first.err.toStdString();
     const QStringList lines = first.out.split('\n', Qt::SkipEmptyParts);
     EXPECT_TRUE(lines.contains("VecFuel\t30"));
     EXPECT_TRUE(lines.contains("voertuig\t8"));
@@ -82,31 +58,31 @@ TEST(ImportCommand, LinesPerTableSummaryRefusalAndReplacement) {
 
     // A store that stands is refused without --replace, and stays.
     const QByteArray standing = Hash(home.storeFile());
-    const CommandRun again = Command(home.path(), "import", {Fixture()});
-    EXPECT_EQ(again.code, 1);
+    const CommandRun again = RunCommand(home.path(), "import", {Fixture()});
+    EXPECT_EQ(again.exitCode, 1);
     EXPECT_TRUE(again.err.contains("--replace")) << again.err.toStdString();
     EXPECT_EQ(Hash(home.storeFile()), standing);
 
     // A replacement from a damaged file fails with its cause and leaves the store as it was.
     Copy(dir.path() + "/cut.mdb", QFileInfo(Fixture()).size() - 16 * 4096);
-    const CommandRun cut = Command(home.path(), "import", {dir.path() + "/cut.mdb", "--replace"});
-    EXPECT_EQ(cut.code, 1);
+    const CommandRun cut = RunCommand(home.path(), "import", {dir.path() + "/cut.mdb", "--replace"});
+    EXPECT_EQ(cut.exitCode, 1);
     EXPECT_TRUE(cut.err.contains("orvel import: error ")) << cut.err.toStdString();
     EXPECT_TRUE(cut.err.contains("table '")) << cut.err.toStdString();
     EXPECT_EQ(Hash(home.storeFile()), standing);
 
     // A good replacement takes the place of a changed store.
-    ASSERT_EQ(Command(home.path(), "query", {"delete * from VecFuel"}).code, 0);
-    const CommandRun replaced = Command(home.path(), "import", {Fixture(), "--replace"});
-    EXPECT_EQ(replaced.code, 0) << replaced.err.toStdString();
-    EXPECT_EQ(Command(home.path(), "query", {"select count(*) from VecFuel"}).out, "Expr1000\n30\n");
+    ASSERT_EQ(RunCommand(home.path(), "query", {"delete * from VecFuel"}).exitCode, 0);
+    const CommandRun replaced = RunCommand(home.path(), "import", {Fixture(), "--replace"});
+    EXPECT_EQ(replaced.exitCode, 0) << replaced.err.toStdString();
+    EXPECT_EQ(RunCommand(home.path(), "query", {"select count(*) from VecFuel"}).out, "Expr1000\n30\n");
 
     // The lock of a running instance refuses the command.
     Session running;
     running.home = home.path();
     ASSERT_TRUE(AcquireInstanceLock(running));
-    const CommandRun locked = Command(home.path(), "import", {Fixture(), "--replace"});
-    EXPECT_EQ(locked.code, 1);
+    const CommandRun locked = RunCommand(home.path(), "import", {Fixture(), "--replace"});
+    EXPECT_EQ(locked.exitCode, 1);
     EXPECT_TRUE(locked.err.contains("The Orvel Module is already open!"));
 }
 
@@ -115,21 +91,21 @@ TEST(ImportAtStart, BatchCommandsTakeTheOlderFileOverFirstAndAFailureLeavesNoSto
         SCOPED_TRACE(sub);
         TempHome home;
         Copy(home.dataPath() + "invent.mdb");
-        const CommandRun run = Command(
+        const CommandRun run = RunCommand(
             home.path(), sub, sub == QString("query") ? QStringList{"select count(*) from voertuig"} : QStringList{});
-        EXPECT_EQ(run.code, 0) << run.err.toStdString();
+        EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
         EXPECT_TRUE(run.out.contains(sub == QString("query") ? "\n8\n" : "schema version 1.3.157"))
             << run.out.toStdString();
         EXPECT_TRUE(QFileInfo::exists(home.storeFile()));
     }
     TempHome broken;
     Copy(broken.dataPath() + "invent.mdb", 5000);
-    const CommandRun run = Command(broken.path(), "check", {});
-    EXPECT_EQ(run.code, 1);
+    const CommandRun run = RunCommand(broken.path(), "check", {});
+    EXPECT_EQ(run.exitCode, 1);
     EXPECT_TRUE(run.err.contains("cut short")) << run.err.toStdString();
     EXPECT_FALSE(QFileInfo::exists(broken.storeFile()));
     // The next start tries again, and fails the same way rather than making an empty store.
-    EXPECT_EQ(Command(broken.path(), "check", {}).code, 1);
+    EXPECT_EQ(RunCommand(broken.path(), "check", {}).exitCode, 1);
     EXPECT_FALSE(QFileInfo::exists(broken.storeFile()));
 }
 

