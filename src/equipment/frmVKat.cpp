@@ -43,9 +43,13 @@ frmVoor::frmVoor(int categoryId, int itemId, QWidget* parent)
     txtYY->setMaxLength(4);
     txtMM->setMaxLength(2);
     txtDD->setMaxLength(2);
+    // The name and the reference columns hold 50 characters each: a longer text cannot be typed, rather than
+    // failing at the save and ending the run.
+    txtDesc->setMaxLength(50);
     txtKoop = field("txtKoop");
     txtVerseker = field("txtVerseker");
     txtVerwys = field("txtVerwys");
+    txtVerwys->setMaxLength(50);
     AttachNumericFilter(txtKoop, true);
     AttachNumericFilter(txtVerseker, true);
     dateEntry = new DateEntry(txtDD, txtMM, txtYY, this);
@@ -184,6 +188,7 @@ frmVKat::frmVKat(QWidget* parent) : QWidget(parent) {
     left->addWidget(list1, 1);
     txtKAT = new QLineEdit(this);
     txtKAT->setObjectName("txtKAT");
+    txtKAT->setMaxLength(50); // the category column's length
     left->addWidget(txtKAT);
     auto* catButtons = new QHBoxLayout;
     cmdSaveCategory = new QPushButton("&Save", this);

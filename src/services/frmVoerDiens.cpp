@@ -26,8 +26,10 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSignalBlocker>
 #include <QStackedLayout>
 #include <QStyle>
+#include <QTextCursor>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -203,6 +205,17 @@ void frmVoerDiens::buildScreen() {
     txtNota->setObjectName("txtNota");
     txtNota->setToolTip("Fill comments or notes here.");
     txtNota->setTabChangesFocus(true);
+    // The note column holds 100 characters: what goes past them is not taken, as a one-line field's limit does,
+    // rather than failing at the save and ending the run.
+    connect(txtNota, &QPlainTextEdit::textChanged, this, [this] {
+        constexpr int kNoteLength = 100;
+        const QString note = txtNota->toPlainText();
+        if (note.size() <= kNoteLength)
+            return;
+        const QSignalBlocker block(txtNota);
+        txtNota->setPlainText(note.left(kNoteLength));
+        txtNota->moveCursor(QTextCursor::End);
+    });
     flexCosts = new FlexGrid(fraForm);
     flexCosts->setObjectName("flexCosts");
     flexCosts->setMaximumHeight(130);

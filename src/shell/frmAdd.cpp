@@ -21,6 +21,9 @@ frmAdd::frmAdd(QWidget* parent) : QDialog(parent) {
     txtAdd = new QLineEdit(this);
     txtAdd->setObjectName("txtAdd");
     txtAdd->setMinimumWidth(260);
+    // The name column of each of the three lists holds 50 characters: a longer name cannot be typed, as the list
+    // dialogs limit theirs, rather than failing at the save and ending the run.
+    txtAdd->setMaxLength(50);
     lblAdd->setBuddy(txtAdd);
 
     const char* const captions[] = {"&Cancel", "&Save && Close"};

@@ -1,9 +1,12 @@
 // `orvel --home DIR check`: the store-side start-up as a batch command, with a summary line.
 #include "CommandRun.h"
 #include "Database.h"
+#include "HomeFolder.h"
+#include "ScriptedMessageService.h"
 #include "Session.h"
 #include "StoreStartup.h"
 #include "TempHome.h"
+#include "frmMain.h"
 
 #include <QDir>
 #include <QFile>
@@ -35,6 +38,29 @@ void MakeWritable(const QString& path) {
 
 CommandRun RunCheck(const QString& home, const QStringList& args = {}) {
     return RunCommand(home, "check", args);
+}
+
+// The desktop program's start on the same home: the main window refuses to open, and what it showed.
+struct DesktopStart {
+    bool started = false;
+    QList<ShownMessage> shown;
+};
+
+DesktopStart StartDesktop(const QString& home) {
+    ScriptedMessageService messages;
+    Session s;
+    s.home = home;
+    SetHomeFolder(home);
+    SetCurrentSession(&s);
+    DesktopStart start;
+    {
+        frmMain window;
+        start.started = window.Startup();
+    }
+    start.shown = messages.shown;
+    s.db.reset();
+    SetCurrentSession(nullptr);
+    return start;
 }
 
 } // namespace
@@ -139,6 +165,14 @@ TEST(CheckCommand, DamagedOrForeignStoresAreRefusedAndLeftAsTheyWere) {
         EXPECT_TRUE(run.err.contains(home.dataPath())) << run.err.toStdString(); // file or folder
         EXPECT_TRUE(run.err.contains(c.cause)) << run.err.toStdString();
         EXPECT_EQ(run.out, "");
+        // The desktop start says the same in a critical box and goes no further.
+        const DesktopStart desktop = StartDesktop(home.path());
+        EXPECT_FALSE(desktop.started);
+        ASSERT_EQ(desktop.shown.size(), 1);
+        EXPECT_EQ(desktop.shown[0].icon, MsgIcon::Critical);
+        EXPECT_EQ(desktop.shown[0].title, "Orvel");
+        EXPECT_TRUE(desktop.shown[0].text.contains(home.dataPath())) << desktop.shown[0].text.toStdString();
+        EXPECT_TRUE(desktop.shown[0].text.contains(c.cause)) << desktop.shown[0].text.toStdString();
         QFile after(home.storeFile());
         ASSERT_TRUE(after.open(QIODevice::ReadOnly));
         EXPECT_TRUE(after.readAll() == bytes);
@@ -167,6 +201,31 @@ TEST(CheckCommand, AHomeThatCannotBeMadeIsNamedWithItsCause) {
     run = RunCheck(root.path() + "/home2");
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_TRUE(run.err.contains("Databases/' is not a valid path")) << run.err.toStdString();
+}
+
+// A new home in a read-only folder, and a home whose data folder is read-only before any store stands in it:
+// the folder and the cause are named, and nothing is left behind.
+TEST(CheckCommand, AHomeOnAReadOnlyFolderIsNamedWithItsCause) {
+    QTemporaryDir root;
+    const QString parent = root.path() + "/shared";
+    ASSERT_TRUE(QDir().mkpath(parent));
+    MakeReadOnly(parent);
+    CheckRun run = RunCheck(parent + "/office");
+    MakeWritable(parent);
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.err.find((parent + "/office").toStdString()), std::string::npos) << run.err;
+    EXPECT_NE(run.err.find("cannot be made"), std::string::npos) << run.err;
+    EXPECT_FALSE(QFileInfo::exists(parent + "/office"));
+
+    TempHome home;
+    QFile::remove(home.storeFile());
+    MakeReadOnly(home.dataPath());
+    run = RunCheck(home.path());
+    MakeWritable(home.dataPath());
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.err.find(home.dataPath().toStdString()), std::string::npos) << run.err;
+    EXPECT_NE(run.err.find("read-only"), std::string::npos) << run.err;
+    EXPECT_FALSE(QFileInfo::exists(home.storeFile()));
 }
 
 // A new home holds people's names: its folders are its owner's alone, and so is the store.

@@ -1,5 +1,6 @@
 // A scripted day of work through the real save routines, offscreen: owner details, categories, vehicles, the
-// rebate rates, the closing date, a tank with a purchase and a stock take, fuel issues, edits and Recalc. Each write
+// rebate rates, the closing date, a tank with a purchase and a stock take, fuel issues, edits and Recalc, a service
+// captured and allocated into history, equipment added, booked out and booked in, and a driver's permit. Each write
 // that becomes durable is reported on standard output ("w" and a line break) as soon as it is, so that a test can kill
 // the program at any moment and know what it had stored.
 //
@@ -11,17 +12,26 @@
 
 #include "BatchSession.h"
 #include "CommandLine.h"
+#include "EquipmentLedger.h"
+#include "FlexGrid.h"
+#include "QueryHelpers.h"
 #include "Recalc.h"
 #include "Registration.h"
 #include "ScriptedMessageService.h"
 #include "Session.h"
 #include "StoreStartup.h"
+#include "frmAdd.h"
+#include "frmEquipment.h"
+#include "frmEquipmentAdj.h"
 #include "frmFuel.h"
+#include "frmPDP.h"
 #include "frmRebate.h"
+#include "frmServAdd.h"
 #include "frmTank.h"
 #include "frmTankPurchase.h"
 #include "frmTankStock.h"
 #include "frmVoerDet.h"
+#include "frmVoerDiens.h"
 #include "frmVoerk.h"
 #include "frmowner.h"
 
@@ -29,8 +39,10 @@
 #include <QComboBox>
 #include <QDateEdit>
 #include <QFile>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
@@ -112,6 +124,94 @@ void KeepTank() {
     Type(stock.txtLitIn, "4700");
     Type(stock.txtReason, "Dip stick");
     QTest::mouseClick(stock.lblcmd[0], Qt::LeftButton);
+}
+
+void Pick(QComboBox* combo, int index) {
+    combo->setCurrentIndex(index);
+    emit combo->activated(index);
+}
+
+// A supplier and a cost category through the adder, a service captured for the first vehicle, then allocated into
+// its history with a note.
+void KeepService() {
+    for (const char* caption : {"Supplier", "Cost Category"}) {
+        frmAdd adder;
+        adder.lblAdd->setText(caption);
+        adder.show();
+        Type(adder.txtAdd, caption == QString("Supplier") ? "bosch service" : "repairs");
+        QTest::mouseClick(adder.lblcmd[1], Qt::LeftButton);
+    }
+    {
+        frmServAdd capture;
+        capture.show();
+        QTest::mouseClick(capture.lblcmd[0], Qt::LeftButton);
+        Pick(capture.Combo2, capture.Combo2->findText("Bakkies"));
+        Pick(capture.Combo3, 0);
+        Pick(capture.Combo4, 0);
+        Pick(capture.Combo1, 0);
+        Type(capture.txtDyy, "2024/03/20");
+        Type(capture.txtKos, "1450");
+        Type(capture.txtKm, "9000");
+        QTest::mouseClick(capture.lblcmd[5], Qt::LeftButton);
+    }
+    frmVoerDiens history;
+    history.show();
+    Pick(history.Combo2, history.Combo2->findText("Bakkies"));
+    Pick(history.Combo3, 0);
+    history.flx2->setCurrentCell(1, 1);
+    QTest::mouseClick(history.lblcmd[8], Qt::LeftButton);
+    QTest::keyClicks(history.txtNota, "Brakes and oil");
+    QTest::mouseClick(history.lblcmd[3], Qt::LeftButton);
+}
+
+// An equipment category and an item with its opening balance, a book-out of two and a book-in of one.
+void KeepEquipment(ScriptedMessageService& messages) {
+    Session& s = CurrentSession();
+    {
+        s.EquipmentMode = 0;
+        s.ReportChoice = "Equipment List";
+        frmEquipment list;
+        list.show();
+        QTest::mouseClick(list.Label4[0], Qt::LeftButton);
+        Type(list.txtKAT, "Tools");
+        QTest::mouseClick(list.Label4[3], Qt::LeftButton);
+    }
+    s.SelectedCategoryId = GetScalar(*s.db, "select max(tid) from toerkat", "0").toInt();
+    auto entry = [&](int mode, const QString& desc, const QString& qty) {
+        s.EquipmentMode = mode;
+        frmEquipmentAdj d;
+        d.show();
+        Type(d.txtDesc, desc);
+        Type(d.txtQtyBuy, qty);
+        if (mode == kOpeningBalance)
+            Type(d.txtCostBuy, "850");
+        d.dtpTrans->setDate(QDate(2024, 3, 21));
+        messages.answer(MsgResult::Yes); // "Add Item?" or "Update?"
+        if (mode != kOpeningBalance)
+            messages.answer(MsgResult::No); // no printed form
+        QTest::mouseClick(d.cmdSave, Qt::LeftButton);
+    };
+    s.SelectedItemId = 0;
+    entry(kOpeningBalance, "Angle grinder", "4");
+    s.SelectedItemId = GetScalar(*s.db, "select max(iid) from toerinv", "0").toInt();
+    s.ReportChoice = BookOutContext("Angle grinder", "4");
+    entry(kBookOut, "Sipho", "2");
+    const long long out = GetScalar(*s.db, "select max(id) from equipmenttrans where actionid = 2", "0").toLongLong();
+    s.ReportChoice = BookInContext(out, "Angle grinder", "Sipho ( 2.00)");
+    BookOutStockTakeId() =
+        GetScalar(*s.db, "select stocktakeid from equipmenttrans where id = " + QString::number(out), "0").toLongLong();
+    entry(kBookIn, "Returned", "1");
+}
+
+void KeepPermit() {
+    frmPDP permits;
+    permits.show();
+    QTest::mouseClick(permits.lblcmd[0], Qt::LeftButton);
+    Type(permits.txtId, "7001015009087");
+    Type(permits.txtSurname, "Dlamini");
+    Type(permits.txtFirstname, "Thandi");
+    permits.dtpPdPdate->setDate(QDate(2026, 5, 31));
+    QTest::mouseClick(permits.lblcmd[5], Qt::LeftButton);
 }
 
 } // namespace
@@ -209,6 +309,24 @@ int main(int argc, char** argv) {
     AddCategory("Trailers", false);
     KeepTank();
     Recalc(*s.db, nullptr, false);
+    KeepService();
+    KeepEquipment(messages);
+    KeepPermit();
     s.db->OnDurableWrite(nullptr);
+    // Each later save must have gone through, or the kills would not fall on them.
+    const struct {
+        const char* what;
+        const char* count;
+        const char* expected;
+    } kept[] = {{"the service in history", "select count(*) from vdiens_allocated", "1"},
+                {"the book-out and book-in", "select count(*) from equipmenttrans where actionid in (1, 2)", "2"},
+                {"the permit", "select count(*) from pdp", "1"}};
+    for (const auto& k : kept) {
+        if (GetScalar(*s.db, k.count, "0") != k.expected) {
+            std::fprintf(stderr, "day_of_work: %s was not saved (%s)\n", k.what,
+                         qPrintable(messages.texts().join(" / ")));
+            return 1;
+        }
+    }
     return 0;
 }

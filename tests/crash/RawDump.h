@@ -1,10 +1,13 @@
 #pragma once
 // Every row of every table of a store file, read with SQLite alone (a connection of its own, read-only), in a fixed
-// order: two files with equal dumps hold the same register.
+// order: two files with equal dumps hold the same register. The time of day of a stored moment (a service
+// reference's assignment, a book-out's stock-take header) is the clock's, different in every run of the same day:
+// it is left out, its date kept.
 
 #include <QByteArray>
 #include <QCryptographicHash>
 #include <QList>
+#include <QRegularExpression>
 #include <QString>
 #include <sqlite3.h>
 
@@ -32,8 +35,11 @@ inline QByteArray RawDump(const QString& file) {
         out += "== " + table + "\n";
         each("SELECT * FROM \"" + table + "\" ORDER BY rowid", [&](sqlite3_stmt* s) {
             for (int c = 0; c < sqlite3_column_count(s); ++c) {
+                static const QRegularExpression clock(R"((\d{4}[-/]\d\d[-/]\d\d)[ T]\d\d:\d\d:\d\d)");
                 const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(s, c));
-                out += QByteArray::number(sqlite3_column_type(s, c)) + ":" + (text ? text : "") + "|";
+                QString value = QString::fromUtf8(text ? text : "");
+                value.replace(clock, "\\1 (time)");
+                out += QByteArray::number(sqlite3_column_type(s, c)) + ":" + value.toUtf8() + "|";
             }
             out += "\n";
         });

@@ -3,6 +3,28 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
+namespace {
+
+// Stands in front of the scripted service for one case: answers No to the screen's declined questions.
+class DecliningService : public MessageService {
+public:
+    DecliningService(ScriptedMessageService& inner, const QStringList& declined)
+        : m_inner(inner), m_declined(declined) {
+        MessageService::setInstance(this);
+    }
+    ~DecliningService() override { MessageService::setInstance(&m_inner); }
+    MsgResult show(const QString& text, MsgButtons buttons, MsgIcon icon, const QString& title) override {
+        const MsgResult r = m_inner.show(text, buttons, icon, title);
+        return buttons != MsgButtons::Ok && m_declined.contains(text) ? MsgResult::No : r;
+    }
+
+private:
+    ScriptedMessageService& m_inner;
+    const QStringList& m_declined;
+};
+
+} // namespace
+
 const std::vector<BadText>& BadTexts() {
     static const std::vector<BadText> texts = {
         {"empty", ""},
@@ -38,17 +60,35 @@ QString StoreDump(Database& db) {
 std::vector<BadTextOutcome> TypeBadTextIntoEveryField(Database& db, ScriptedMessageService& messages,
                                                       const BadTextScreen& screen) {
     std::vector<BadTextOutcome> outcomes;
-    const std::vector<std::pair<QString, QLineEdit*>> names = screen.open();
+    const auto fieldsOf = [&screen] {
+        if (screen.openFields)
+            return screen.openFields();
+        std::vector<std::pair<QString, QWidget*>> fields;
+        for (const auto& [name, edit] : screen.open())
+            fields.emplace_back(name, edit);
+        return fields;
+    };
+    const std::vector<std::pair<QString, QWidget*>> names = fieldsOf();
     screen.close();
     for (size_t f = 0; f < names.size(); ++f) {
         for (const BadText& bad : BadTexts()) {
             SCOPED_TRACE(names[f].first.toStdString() + " <- " + bad.name);
-            const std::vector<std::pair<QString, QLineEdit*>> fields = screen.open();
-            QLineEdit* field = fields[f].second;
+            const std::vector<std::pair<QString, QWidget*>> fields = fieldsOf();
+            QWidget* field = fields[f].second;
+            auto* line = qobject_cast<QLineEdit*>(field);
+            auto* lines = qobject_cast<QPlainTextEdit*>(field);
+            if (!line && !lines) {
+                ADD_FAILURE() << "a field is a line or a text box";
+                screen.close();
+                continue;
+            }
             const QString before = StoreDump(db);
             messages.clear();
             field->setFocus();
-            field->selectAll();
+            if (line)
+                line->selectAll();
+            else
+                lines->selectAll();
             QTest::keyClick(field, Qt::Key_Delete);
             // Typed as a person types: printable text by keys; what no key makes is pasted.
             bool printable = true;
@@ -56,16 +96,34 @@ std::vector<BadTextOutcome> TypeBadTextIntoEveryField(Database& db, ScriptedMess
                 printable = printable && c.unicode() >= 32 && c.unicode() < 127;
             if (printable)
                 QTest::keyClicks(field, bad.text);
+            else if (line)
+                line->insert(bad.text);
             else
-                field->insert(bad.text);
-            screen.save();
-            BadTextOutcome outcome{names[f].first, bad.name, false, {}};
+                lines->insertPlainText(bad.text);
+            {
+                DecliningService declining(messages, screen.declined);
+                screen.save();
+            }
+            BadTextOutcome outcome{names[f].first, bad.name, false, false, {}, {}, MsgIcon::None};
+            const bool mayEndRun = screen.endsRun && screen.endsRun(outcome.field, outcome.text);
             for (const ShownMessage& m : messages.shown) {
-                // The run-time error box that ends the program: never for something typed. A screen's own handler
-                // ("ERROR in ...") is a refusal like any other, as long as it wrote nothing.
-                EXPECT_FALSE(m.text.startsWith("Run-time error")) << m.text.toStdString();
+                // The run-time error box that ends the program: only where the screen ends it on purpose. A screen's
+                // own handler ("ERROR in ...") is a refusal like any other, as long as it wrote nothing.
+                if (m.text.startsWith("Run-time error")) {
+                    outcome.endedRun = true;
+                    EXPECT_TRUE(mayEndRun) << m.text.toStdString();
+                    EXPECT_EQ(m.icon, MsgIcon::Critical);
+                    EXPECT_EQ(m.title, "Orvel");
+                }
+                if (m.buttons != MsgButtons::Ok || screen.notices.contains(m.text))
+                    continue;
                 outcome.refused = true;
                 outcome.message = m.text;
+                outcome.title = m.title;
+                outcome.icon = m.icon;
+            }
+            if (mayEndRun) {
+                EXPECT_TRUE(outcome.endedRun) << "the run was to end with the run-time error box";
             }
             if (outcome.refused) {
                 EXPECT_EQ(StoreDump(db), before)

@@ -9,6 +9,7 @@
 #include "ScriptedMessageService.h"
 
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QString>
 #include <functional>
 #include <vector>
@@ -28,15 +29,28 @@ QString StoreDump(Database& db);
 struct BadTextScreen {
     // Opens the screen afresh with a valid capture; returns the fields by name.
     std::function<std::vector<std::pair<QString, QLineEdit*>>()> open;
+    // In place of open, for a screen whose fields include a text box of several lines (QPlainTextEdit).
+    std::function<std::vector<std::pair<QString, QWidget*>>()> openFields;
     std::function<void()> save;  // presses the save as a person does
     std::function<void()> close; // closes the screen again
+    // Boxes that tell of a save that went through ("Posted"): not refusals. Questions are never refusals.
+    QStringList notices;
+    // Questions answered No (a print after the save, say); every other question is answered Yes.
+    QStringList declined;
+    // The cases where the save has no trap of its own and the run-time error box ends the run, as the system does
+    // on purpose (a name put into a statement as typed): the box must then be the critical one, and the store
+    // as it was. Every other case must not end the run.
+    std::function<bool(const QString& field, const QString& badText)> endsRun;
 };
 
 struct BadTextOutcome {
     QString field;
     QString text;
     bool refused = false;
-    QString message;
+    bool endedRun = false;
+    QString message; // the refusal's text
+    QString title;
+    MsgIcon icon = MsgIcon::None;
 };
 
 // Runs every bad text in every field. Failures are reported through gtest; the outcomes are returned so that a
