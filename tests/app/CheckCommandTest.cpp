@@ -210,11 +210,11 @@ TEST(CheckCommand, AHomeOnAReadOnlyFolderIsNamedWithItsCause) {
     const QString parent = root.path() + "/shared";
     ASSERT_TRUE(QDir().mkpath(parent));
     MakeReadOnly(parent);
-    CheckRun run = RunCheck(parent + "/office");
+    CommandRun run = RunCheck(parent + "/office");
     MakeWritable(parent);
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_NE(run.err.find((parent + "/office").toStdString()), std::string::npos) << run.err;
-    EXPECT_NE(run.err.find("cannot be made"), std::string::npos) << run.err;
+    EXPECT_TRUE(run.err.contains(parent + "/office")) << run.err.toStdString();
+    EXPECT_TRUE(run.err.contains("cannot be made")) << run.err.toStdString();
     EXPECT_FALSE(QFileInfo::exists(parent + "/office"));
 
     TempHome home;
@@ -223,8 +223,8 @@ TEST(CheckCommand, AHomeOnAReadOnlyFolderIsNamedWithItsCause) {
     run = RunCheck(home.path());
     MakeWritable(home.dataPath());
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_NE(run.err.find(home.dataPath().toStdString()), std::string::npos) << run.err;
-    EXPECT_NE(run.err.find("read-only"), std::string::npos) << run.err;
+    EXPECT_TRUE(run.err.contains(home.dataPath())) << run.err.toStdString();
+    EXPECT_TRUE(run.err.contains("read-only")) << run.err.toStdString();
     EXPECT_FALSE(QFileInfo::exists(home.storeFile()));
 }
 
