@@ -249,19 +249,11 @@ TEST_F(FuelTotalsTest, AFailingChartIsReportedAndTheWorkbookStillSaved) {
 
 TEST_F(FuelTotalsTest, ReportCommandGivesTheScreensRowsAndWorkbook) {
     SeedUsage();
-    m_session.db.reset();
-    SetCurrentSession(nullptr);
-    char name[] = "orvel";
-    char* argv[] = {name, nullptr};
-    CommandLine cl;
-    cl.home = m_home.path();
-    cl.subcommand = "report";
     const QStringList args = {"Litres Per Driver", "--all", "--from", "2024/12/01", "--to", "2025/01/31"};
     for (const bool view : {true, false}) {
-        cl.args = view ? args + QStringList{"--view"} : args;
-        testing::internal::CaptureStdout();
-        EXPECT_EQ(RunReportCommand(cl, 1, argv), 0);
-        const QString out = QString::fromStdString(testing::internal::GetCapturedStdout());
+        const CommandRun run = runReportCommand(view ? args + QStringList{"--view"} : args);
+        EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
+        const QString& out = run.out;
         if (view) {
             EXPECT_EQ(out.split('\n', Qt::SkipEmptyParts),
                       QStringList({"Driver\tTotal", "Jan Smit\t  70.00", "Piet Nel\t  85.00"}));

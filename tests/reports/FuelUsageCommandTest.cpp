@@ -1,7 +1,6 @@
 // `orvel report` on a line report of the fuel usage family: the grid's cells on standard output, the workbook
 // saved under its name without "/".
 
-#include "CommandLine.h"
 #include "FuelUsageTestStore.h"
 
 #include <QFileInfo>
@@ -11,22 +10,10 @@ namespace {
 class FuelUsageCommandTest : public FuelUsageStoreTest {
 protected:
     int run(const QStringList& args, QString& out, QString& err) {
-        m_session.db.reset();
-        SetCurrentSession(nullptr);
-        CommandLine cl;
-        cl.home = m_home.path();
-        cl.subcommand = "report";
-        cl.args = args;
-        testing::internal::CaptureStdout();
-        testing::internal::CaptureStderr();
-        char name[] = "orvel";
-        char* argv[] = {name, nullptr};
-        const int code = RunReportCommand(cl, 1, argv);
-        out = QString::fromStdString(testing::internal::GetCapturedStdout());
-        err = QString::fromStdString(testing::internal::GetCapturedStderr());
-        SetCurrentSession(&m_session);
-        OpenSessionStore(m_session);
-        return code;
+        const CommandRun r = runReportCommand(args);
+        out = r.out;
+        err = r.err;
+        return r.exitCode;
     }
 };
 

@@ -1,38 +1,14 @@
 // `orvel report NAME ...`: the report screen driven offscreen, its grid or its workbook as the output.
 
-#include "CommandLine.h"
 #include "ReportTestStore.h"
 
 #include <QFileInfo>
 
 namespace {
 
-struct CommandRun {
-    int exitCode;
-    QString out, err;
-};
-
 class ReportCommandTest : public ReportStoreTest {
 protected:
-    // Runs the command on the test's home, with the test's own store closed meanwhile.
-    CommandRun run(const QStringList& args) {
-        m_session.db.reset();
-        SetCurrentSession(nullptr);
-        CommandLine cl;
-        cl.home = m_home.path();
-        cl.subcommand = "report";
-        cl.args = args;
-        testing::internal::CaptureStdout();
-        testing::internal::CaptureStderr();
-        char name[] = "orvel";
-        char* argv[] = {name, nullptr};
-        const int code = RunReportCommand(cl, 1, argv);
-        CommandRun result{code, QString::fromStdString(testing::internal::GetCapturedStdout()),
-                          QString::fromStdString(testing::internal::GetCapturedStderr())};
-        SetCurrentSession(&m_session);
-        OpenSessionStore(m_session);
-        return result;
-    }
+    CommandRun run(const QStringList& args) { return runReportCommand(args); }
 };
 
 TEST_F(ReportCommandTest, ViewPrintsTheGridAndPrintSavesTheWorkbook) {

@@ -17,6 +17,7 @@
 #include "frmVerslae.h"
 
 #include "ComboHelpers.h"
+#include "CommandLine.h"
 
 #include <QCheckBox>
 #include <QDateEdit>
@@ -34,6 +35,12 @@ inline void PrintTo(const QStringList& list, std::ostream* os) {
     *os << '[' << list.join("|").toStdString() << ']';
 }
 
+// What `orvel report` wrote and returned.
+struct CommandRun {
+    int exitCode;
+    QString out, err;
+};
+
 class ReportStoreTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -49,6 +56,26 @@ protected:
         m_screen.reset();
         m_session.db.reset();
         SetCurrentSession(nullptr);
+    }
+
+    // Runs `orvel report` on the test's home, with the test's own store closed meanwhile.
+    CommandRun runReportCommand(const QStringList& args) {
+        m_session.db.reset();
+        SetCurrentSession(nullptr);
+        CommandLine cl;
+        cl.home = m_home.path();
+        cl.subcommand = "report";
+        cl.args = args;
+        testing::internal::CaptureStdout();
+        testing::internal::CaptureStderr();
+        char name[] = "orvel";
+        char* argv[] = {name, nullptr};
+        const int code = RunReportCommand(cl, 1, argv);
+        CommandRun result{code, QString::fromStdString(testing::internal::GetCapturedStdout()),
+                          QString::fromStdString(testing::internal::GetCapturedStderr())};
+        SetCurrentSession(&m_session);
+        OpenSessionStore(m_session);
+        return result;
     }
 
     void exec(const QString& sql) { m_session.db->Execute(sql); }
