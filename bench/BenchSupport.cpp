@@ -34,6 +34,8 @@ QString BuildKind() {
 }
 
 void WriteFigures(const QString& file, const QString& text) {
+    if (file.isEmpty())
+        return; // no figures file asked for: the printed text is the whole report
     QFile f(file);
     if (f.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
         f.write(text.toUtf8());

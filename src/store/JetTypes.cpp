@@ -4,6 +4,7 @@
 
 #include <QRegularExpression>
 #include <cmath>
+#include <optional>
 #include <sqlite3.h>
 
 bool JetType::isNumeric() const {
@@ -147,7 +148,39 @@ QString columnText(sqlite3_stmt* statement, int column) {
     return QString::fromUtf8(text, bytes);
 }
 
+// Digits at `from`..`from + count` of `text` as a number, or -1.
+int digitsAt(const QString& text, int from, int count) {
+    int n = 0;
+    for (int i = from; i < from + count; ++i) {
+        const char16_t ch = text[i].unicode();
+        if (ch < u'0' || ch > u'9')
+            return -1;
+        n = n * 10 + (ch - u'0');
+    }
+    return n;
+}
+
+// The store's own two shapes, "yyyy-MM-dd" and "yyyy-MM-dd hh:mm:ss", read without the general parser, which
+// costs microseconds a field. Anything else (or an impossible day) is left to the general reading.
+std::optional<QDateTime> storedDateText(const QString& text) {
+    if ((text.size() != 10 && text.size() != 19) || text[4] != u'-' || text[7] != u'-')
+        return std::nullopt;
+    const QDate day(digitsAt(text, 0, 4), digitsAt(text, 5, 2), digitsAt(text, 8, 2));
+    if (!day.isValid() || digitsAt(text, 0, 4) < 0)
+        return std::nullopt;
+    if (text.size() == 10)
+        return LocalMidnight(day);
+    if (text[10] != u' ' || text[13] != u':' || text[16] != u':')
+        return std::nullopt;
+    const QTime time(digitsAt(text, 11, 2), digitsAt(text, 14, 2), digitsAt(text, 17, 2));
+    if (!time.isValid())
+        return std::nullopt;
+    return time == QTime(0, 0) ? LocalMidnight(day) : QDateTime(day, time);
+}
+
 QDateTime dateFromIsoText(const QString& text) {
+    if (const std::optional<QDateTime> stored = storedDateText(text))
+        return *stored;
     static const char* const formats[] = {"yyyy-MM-dd hh:mm:ss", "yyyy-MM-dd", "yyyy-MM-ddThh:mm:ss",
                                           "yyyy-MM-dd hh:mm:ss.zzz", "yyyy-MM-dd hh:mm"};
     for (const char* f : formats) {
@@ -160,10 +193,10 @@ QDateTime dateFromIsoText(const QString& text) {
 
 // Jet's dates are days since 30 December 1899; numbers in a datetime column are read that way.
 QDateTime dateFromSerial(double serial) {
-    const QDateTime epoch(QDate(1899, 12, 30), QTime(0, 0));
     const double days = std::floor(serial);
     const double seconds = std::round((serial - days) * 86400.0);
-    return epoch.addDays(static_cast<qint64>(days)).addSecs(static_cast<qint64>(seconds));
+    const QDateTime day = LocalMidnight(QDate(1899, 12, 30).addDays(static_cast<qint64>(days)));
+    return seconds == 0 ? day : day.addSecs(static_cast<qint64>(seconds));
 }
 
 std::int64_t roundHalfEven(double d) {

@@ -6,8 +6,21 @@
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <unordered_map>
 
 using namespace vb::detail;
+
+QDateTime LocalMidnight(const QDate& day) {
+    if (!day.isValid())
+        return QDateTime(day, QTime(0, 0));
+    thread_local std::unordered_map<qint64, QDateTime> made;
+    const qint64 key = day.toJulianDay();
+    if (const auto it = made.find(key); it != made.end())
+        return it->second;
+    if (made.size() >= 100000)
+        made.clear();
+    return made.emplace(key, QDateTime(day, QTime(0, 0))).first->second;
+}
 
 namespace {
 

@@ -41,6 +41,10 @@ private:
     std::int64_t m_raw = 0;
 };
 
+// Midnight of `day` in local time. Making a local date-time costs microseconds (the zone's rules are consulted),
+// and the same few thousand days recur in every list: each day is made once per thread.
+QDateTime LocalMidnight(const QDate& day);
+
 enum class VType { Empty, Null, Boolean, Long, Double, Currency, Date, String };
 
 class Value {
@@ -58,7 +62,7 @@ public:
     Value(double d) : m_data(d) {}
     Value(Currency c) : m_data(c) {}
     Value(const QDateTime& d) : m_data(d) {}
-    Value(const QDate& d) : m_data(QDateTime(d, QTime(0, 0))) {}
+    Value(const QDate& d) : m_data(LocalMidnight(d)) {}
     Value(const QString& s) : m_data(s) {}
     Value(const char* s) : m_data(QString::fromUtf8(s)) {}
 

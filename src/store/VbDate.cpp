@@ -228,7 +228,7 @@ bool ParseDateText(const QString& text, QDateTime& out) {
     const std::optional<QDate> date = ResolveDate(numbers, monthName);
     if (!date || date->year() < 100 || date->year() > 9999)
         return false;
-    out = QDateTime(*date, time.value_or(QTime(0, 0)));
+    out = time ? QDateTime(*date, *time) : LocalMidnight(*date);
     return true;
 }
 

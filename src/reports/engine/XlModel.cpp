@@ -74,6 +74,10 @@ bool Intersects(const XlMerge& m, int r1, int c1, int r2, int c2) {
 // A text that the spreadsheet's own entry reads as a date: "2024/01/05", "2024-1-5" (year first, a real day).
 const QString kTextDateFormat = QStringLiteral("yyyy/mm/dd");
 bool DateOfText(const QString& text, QDateTime& date) {
+    // Most pasted texts are names: only a text that starts with four digits is worth the pattern.
+    const QStringView trimmed = QStringView(text).trimmed();
+    if (trimmed.size() < 8 || trimmed.size() > 10 || !trimmed[0].isDigit() || !trimmed[3].isDigit())
+        return false;
     static const QRegularExpression pattern(QStringLiteral("^(\\d{4})([/-])(\\d{1,2})\\2(\\d{1,2})$"));
     const QRegularExpressionMatch m = pattern.match(text.trimmed());
     if (!m.hasMatch())
@@ -81,7 +85,7 @@ bool DateOfText(const QString& text, QDateTime& date) {
     const QDate day(m.captured(1).toInt(), m.captured(3).toInt(), m.captured(4).toInt());
     if (!day.isValid() || day.year() < 1900)
         return false;
-    date = QDateTime(day, QTime(0, 0));
+    date = LocalMidnight(day);
     return true;
 }
 
@@ -508,7 +512,7 @@ int XlRange::CopyFromRecordset(Recordset& rs) {
         if (row > xl::MaxRows)
             Refuse(QStringLiteral("The recordset has more rows than the sheet"));
         for (int i = 0; i < fields; ++i) {
-            const Value v = rs.Field(i);
+            Value v = rs.Field(i);
             const int c = m_c1 + i;
             if (v.isNull() || v.isEmpty()) {
                 if (auto it = ws.CellMap().find(XlWorksheet::Key(row, c)); it != ws.CellMap().end())
@@ -535,7 +539,7 @@ int XlRange::CopyFromRecordset(Recordset& rs) {
                     if (cell.format.numberFormat == QLatin1String("General"))
                         cell.format.numberFormat = kTextDateFormat;
                 } else {
-                    cell.value = v;
+                    cell.value = std::move(v);
                 }
                 break;
             }
@@ -695,14 +699,14 @@ const XlCell* XlWorksheet::CellAt(int row, int column) const {
 
 XlCell& XlWorksheet::CellForWrite(int row, int column) {
     const auto key = Key(row, column);
-    auto it = m_cells.find(key);
-    if (it != m_cells.end())
+    // Cells mostly come in order, row by row: the hint makes each new one a step instead of a second search.
+    const auto it = m_cells.lower_bound(key);
+    if (it != m_cells.end() && it->first == key)
         return it->second;
-    XlCell cell;
     const auto cf = m_columnFormats.find(column);
-    if (cf != m_columnFormats.end())
-        cell.format = cf->second;
-    return m_cells.emplace(key, std::move(cell)).first->second;
+    if (cf == m_columnFormats.end())
+        return m_cells.emplace_hint(it, key, XlCell())->second;
+    return m_cells.emplace_hint(it, key, XlCell{Value(), cf->second})->second;
 }
 
 // ---------------------------------------------------------------------------------------------------------

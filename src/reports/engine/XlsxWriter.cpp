@@ -320,7 +320,8 @@ private:
                 if (fmt)
                     put(worksheet_write_blank(ws, r, c, fmt));
             } else {
-                put(worksheet_write_string(ws, r, c, Keep(text.left(32767)).constData(), fmt));
+                // The writer copies the text into its shared strings at once: nothing to keep.
+                put(worksheet_write_string(ws, r, c, text.left(32767).toUtf8().constData(), fmt));
             }
             break;
         }
