@@ -89,101 +89,61 @@ void expectSqliteParses(sqlite3* db, const QString& sql, const QString& from) {
     }
 }
 
-QString mutate(const QString& s, std::mt19937& rng) {
-    static const QString pieces[] = {
-        "(",           ")",          ",",          "'",       "\"",    "[",        "]",         "#",
-        "*",           "&",          " and ",      " or ",    " not ", " select ", " from ",    " where ",
-        " union all ", " group by ", " order by ", " pivot ", " in (", " like ",   " between ", " is null",
-        "=",           "<>",         ";",          ".",       "!"};
-    QString out = s;
-    std::uniform_int_distribution<int> kind(0, 4);
-    const int n = static_cast<int>(out.size());
-    std::uniform_int_distribution<int> pos(0, std::max(0, n - 1));
-    switch (kind(rng)) {
-    case 0: // truncate
-        return out.left(pos(rng));
-    case 1: { // delete a stretch
-        const int at = pos(rng);
-        return out.remove(at, std::uniform_int_distribution<int>(1, 8)(rng));
-    }
-    case 2: { // insert a piece of syntax
-        std::uniform_int_distribution<int> which(0, static_cast<int>(std::size(pieces)) - 1);
-        return out.insert(pos(rng), pieces[which(rng)]);
-    }
-    case 3: { // swap two characters
-        if (n < 2)
-            return out;
-        const int a = pos(rng), b = pos(rng);
-        const QChar c = out[a];
-        out[a] = out[b];
-        out[b] = c;
-        return out;
-    }
-    default: { // random printable noise
-        QString noise;
-        std::uniform_int_distribution<int> ch(32, 126);
-        const int len = std::uniform_int_distribution<int>(1, 12)(rng);
-        for (int i = 0; i < len; ++i)
-            noise += QChar(ch(rng));
-        return out.insert(pos(rng), noise);
-    }
+// Cuts the text short, drops a stretch or puts a piece of syntax in, at a random place.
+QString Mutate(QString s, std::mt19937& rng) {
+    static const char* const pieces[] = {"(",     ")",         "'", "[",      "]", "#",  " and ", " not ", " from ",
+                                         " in (", " between ", "=", " like ", "&", "\"", "2024/", ";",     " select "};
+    const int at = std::uniform_int_distribution<int>(0, static_cast<int>(s.size()))(rng);
+    switch (std::uniform_int_distribution<int>(0, 2)(rng)) {
+    case 0:
+        return s.left(at);
+    case 1:
+        return s.remove(at, std::uniform_int_distribution<int>(1, 8)(rng));
+    default:
+        return s.insert(at, pieces[std::uniform_int_distribution<int>(0, std::size(pieces) - 1)(rng)]);
     }
 }
 
-TEST(JetFuzz, CorpusTranslatesAndSqliteReadsIt) {
+// The corpus as it stands (where only the drop with a type after the name is refused), then mangled: what is
+// accepted, SQLite can read.
+TEST(JetFuzz, CorpusAndMangledStatementsTranslateOrAreRefused) {
     sqlite3* db = nullptr;
     ASSERT_EQ(sqlite3_open(":memory:", &db), SQLITE_OK);
     ASSERT_EQ(RegisterJetFunctions(db), SQLITE_OK);
-    int accepted = 0;
-    for (const QString& s : corpus()) {
+    const auto run = [&](const QString& s) {
         SqlitePlan plan;
-        if (translates(s, &plan)) {
-            ++accepted;
-            expectSqliteParses(db, plan.sql, s);
-            expectSqliteParses(db, plan.pivotValuesSql, s);
-            if (plan.crosstabSql)
-                expectSqliteParses(db, plan.crosstabSql({"a", "<>", "it's \"x\""}), s);
-        }
-    }
-    EXPECT_EQ(accepted, corpus().size() - 1); // only the drop with a type after the name is refused
-    sqlite3_close(db);
-}
+        if (!translates(s, &plan))
+            return false;
+        expectSqliteParses(db, plan.sql, s);
+        expectSqliteParses(db, plan.pivotValuesSql, s);
+        if (plan.crosstabSql)
+            expectSqliteParses(db, plan.crosstabSql({"a", "<>", "it's \"x\""}), s);
+        return true;
+    };
+    int accepted = 0;
+    for (const QString& s : corpus())
+        accepted += run(s) ? 1 : 0;
+    EXPECT_EQ(accepted, corpus().size() - 1);
 
-TEST(JetFuzz, MangledStatementsNeverCrash) {
-    sqlite3* db = nullptr;
-    ASSERT_EQ(sqlite3_open(":memory:", &db), SQLITE_OK);
-    ASSERT_EQ(RegisterJetFunctions(db), SQLITE_OK);
     std::mt19937 rng(20241111);
-    std::uniform_int_distribution<int> pick(0, static_cast<int>(corpus().size()) - 1);
-    std::uniform_int_distribution<int> rounds(1, 3);
-    int accepted = 0;
-    int refused = 0;
-    for (int i = 0; i < 4000; ++i) {
-        QString s = corpus()[pick(rng)];
-        for (int r = rounds(rng); r > 0; --r)
-            s = mutate(s, rng);
-        SqlitePlan plan;
-        if (translates(s, &plan)) {
-            ++accepted;
-            expectSqliteParses(db, plan.sql, s);
-            expectSqliteParses(db, plan.pivotValuesSql, s);
-        } else {
-            ++refused;
-        }
-        if (HasFailure())
-            break;
+    accepted = 0;
+    for (int i = 0; i < 4000 && !HasFailure(); ++i) {
+        QString s = corpus()[std::uniform_int_distribution<int>(0, static_cast<int>(corpus().size()) - 1)(rng)];
+        for (int r = std::uniform_int_distribution<int>(1, 3)(rng); r > 0; --r)
+            s = Mutate(s, rng);
+        accepted += run(s) ? 1 : 0;
     }
     EXPECT_GT(accepted, 100);
-    EXPECT_GT(refused, 100);
+    EXPECT_LT(accepted, 3900);
     sqlite3_close(db);
 }
 
+// FindFirst's criteria go through their own entry point.
 TEST(JetFuzz, FindFirstCriteriaNeverCrash) {
     static const NoTables catalog;
     std::mt19937 rng(7);
-    const QString base = "OID = 5 and name like 'a*' or not isnull(x) and d >= #2024/01/01#";
     for (int i = 0; i < 1000; ++i) {
-        const QString s = mutate(base, rng);
+        const QString s = Mutate("OID = 5 and name like 'a*' or not isnull(x) and d >= #2024/01/01#", rng);
         try {
             TranslateJetExpression(s, catalog);
         } catch (const DbError& e) {
