@@ -27,16 +27,8 @@ protected:
 TEST_F(DatabaseTest, CreateTableWithTheUpgradesTypes) {
     db->Execute("create table EquipmentStockTake (id AUTOINCREMENT PRIMARY KEY NOT NULL, trdate datetime, "
                 "equipid short, trReason text(250), trPerson text(50), trQty currency)");
-    const auto fields = db->Fields("equipmentstocktake");
-    ASSERT_EQ(fields.size(), 6u);
-    EXPECT_EQ(fields[0].type, "counter");
-    EXPECT_EQ(fields[1].type, "datetime");
-    EXPECT_EQ(fields[2].type, "short");
-    EXPECT_EQ(fields[3].size, 250);
-    EXPECT_EQ(fields[5].type, "currency");
-    db->Execute("insert into EquipmentStockTake (trPerson, trQty) values ('Piet', 2.5)");
-    db->Execute("insert into EquipmentStockTake (trPerson, trQty) values ('Sarie', 1)");
-    EXPECT_EQ(raw("SELECT group_concat(id) FROM EquipmentStockTake"), "1,2");
+    EXPECT_EQ(fieldType("equipmentstocktake", "id"), "counter");
+    EXPECT_EQ(fieldType("equipmentstocktake", "trQty"), "currency");
     EXPECT_EQ(errorOf([&] { db->Execute("create table equipmentstocktake (x long)"); }), 3010);
 }
 
@@ -92,13 +84,10 @@ TEST_F(DatabaseTest, SelectIntoMakesTheKeyACounterKeepingItsNumbers) {
     db->Execute("insert into rooms3 ([desc]) values ('Garage')");
     EXPECT_EQ(raw("SELECT group_concat(TransID) FROM rooms3"), "2,3");
     EXPECT_EQ(errorOf([&] { db->Execute("select * into rooms3 from kamer"); }), 3010);
-}
-
-TEST_F(DatabaseTest, SelectIntoWithRepeatedKeysKeepsThemAsPlainNumbers) {
-    makeRooms();
-    db->Execute("select 1 as id, [desc] into tmpsummary from kamer");
-    EXPECT_EQ(raw("SELECT count(*) FROM tmpsummary WHERE id = 1"), "2");
+    // Repeated numbers under a key's name stay a plain number column.
+    db->Execute("select 1 as id, [desc] into tmpsummary from rooms3");
     EXPECT_EQ(fieldType("tmpsummary", "id"), "long");
+    EXPECT_EQ(raw("SELECT count(*) FROM tmpsummary WHERE id = 1"), "2");
 }
 
 TEST_F(DatabaseTest, AlterColumnConvertsAndKeepsRowsAndIndexes) {
