@@ -55,8 +55,6 @@ TEST(JetParser, StatementKindsAndTargets) {
     EXPECT_EQ(into.intoTable, "vdiens_allocated");
     EXPECT_FALSE(into.sql.contains("into", Qt::CaseInsensitive));
     EXPECT_EQ(translate("delete * from tmpdetail").kind, SqlitePlan::Kind::Command);
-    EXPECT_EQ(translate("insert into t (a,b) values (1,'x')").kind, SqlitePlan::Kind::Command);
-    EXPECT_EQ(translate("update voertuig set km = 0 where km is null").kind, SqlitePlan::Kind::Command);
     const SqlitePlan crosstab = translate("Transform Sum(vecfuel.Litres) select format(datum,'mmmm yyyy') AS [Date] "
                                           "from vecfuel group by format(datum,'mmmm yyyy') Pivot tankid");
     EXPECT_EQ(crosstab.kind, SqlitePlan::Kind::Crosstab);
@@ -73,37 +71,18 @@ TEST(JetParser, StatementKindsAndTargets) {
     EXPECT_TRUE(index.primary);
 }
 
+// What the store makes of these is checked through the store; here, the words the statements leave to it.
 TEST(JetParser, DefinitionsInJetTypes) {
-    const SqlitePlan create =
-        translate("create table FuelSupplier (suppid AUTOINCREMENT PRIMARY KEY NOT NULL, Name text(50), det1 "
-                  "text(25), issystem bit, amount currency, n short, m long, d datetime, s single, f float)");
-    ASSERT_EQ(create.kind, SqlitePlan::Kind::CreateTable);
-    ASSERT_EQ(create.columns.size(), 10u);
-    EXPECT_EQ(create.columns[0].type, "counter");
-    EXPECT_TRUE(create.columns[0].autoIncrement);
-    EXPECT_TRUE(create.columns[0].primaryKey);
-    EXPECT_TRUE(create.columns[0].notNull);
-    EXPECT_EQ(create.columns[1].type, "text");
+    const SqlitePlan create = translate("create table FuelSupplier (suppid AUTOINCREMENT PRIMARY KEY NOT NULL, Name "
+                                        "text(50), issystem bit, f float)");
+    ASSERT_EQ(create.columns.size(), 4u);
+    EXPECT_TRUE(create.columns[0].autoIncrement && create.columns[0].primaryKey && create.columns[0].notNull);
     EXPECT_EQ(create.columns[1].size, 50);
-    EXPECT_EQ(create.columns[3].type, "bit");
-    EXPECT_EQ(create.columns[4].type, "currency");
-    EXPECT_EQ(create.columns[7].type, "datetime");
-
     const SqlitePlan alter = translate("alter table voertuig alter column  [km]  double");
     EXPECT_EQ(alter.kind, SqlitePlan::Kind::AlterColumn);
     EXPECT_EQ(alter.column, "km");
-    EXPECT_EQ(alter.columns.front().type, "double");
     EXPECT_EQ(translate("alter table toerinv alter hoeveel double").kind, SqlitePlan::Kind::AlterColumn);
-    const SqlitePlan add = translate("alter table voertuig add  [rebatepct]  integer");
-    EXPECT_EQ(add.kind, SqlitePlan::Kind::AddColumn);
-    EXPECT_EQ(add.columns.front().type, "integer");
-    const SqlitePlan counter = translate("alter table pdp add column pdpid autoincrement");
-    EXPECT_TRUE(counter.columns.front().autoIncrement);
-    const SqlitePlan text = translate("alter table voertuig add LicenceDueDate text(10)");
-    EXPECT_EQ(text.columns.front().size, 10);
-    const SqlitePlan drop = translate("alter table voertuig drop column rebaterate");
-    EXPECT_EQ(drop.kind, SqlitePlan::Kind::DropColumn);
-    EXPECT_EQ(drop.column, "rebaterate");
+    EXPECT_EQ(translate("alter table voertuig drop column rebaterate").kind, SqlitePlan::Kind::DropColumn);
 }
 
 TEST(JetParser, RefusesBrokenStatementsWithJetNumbers) {
