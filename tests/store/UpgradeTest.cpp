@@ -380,15 +380,6 @@ TEST(UpgradeVersion, OlderFileWithoutVecChoiceStopsTheStart) {
     EXPECT_EQ(Scalar(db, "select VMinor from Version"), "0");
 }
 
-TEST(UpgradeProbes, TableAndQueryOpens) {
-    OlderStore old;
-    EXPECT_TRUE(TableOpens(*old.db, "voertuig"));
-    EXPECT_TRUE(TableOpens(*old.db, "VOERTUIG"));
-    EXPECT_FALSE(TableOpens(*old.db, "Version"));
-    EXPECT_TRUE(QueryOpens(*old.db, "SELECT FID FROM TankRekords "));
-    EXPECT_FALSE(QueryOpens(*old.db, "SELECT nosuchcolumn FROM TankRekords "));
-}
-
 // The older shape matches the tables of a real file of the previous generation, column for column.
 TEST(UpgradeOlderShape, MatchesThePreviousGenerationsFile) {
     QFile expected(QString(ORVEL_FIXTURES_DIR) + "/invent-old.expected.txt");
