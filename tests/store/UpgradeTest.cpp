@@ -10,7 +10,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QMap>
-#include <QRegularExpression>
 #include <gtest/gtest.h>
 #include <utility>
 
@@ -378,40 +377,6 @@ TEST(UpgradeVersion, OlderFileWithoutVecChoiceStopsTheStart) {
     EXPECT_THROW(CheckVersion(db), DbError);
     // The version was not moved on, so the next start tries again.
     EXPECT_EQ(Scalar(db, "select VMinor from Version"), "0");
-}
-
-// The older shape matches the tables of a real file of the previous generation, column for column.
-TEST(UpgradeOlderShape, MatchesThePreviousGenerationsFile) {
-    QFile expected(QString(ORVEL_FIXTURES_DIR) + "/invent-old.expected.txt");
-    ASSERT_TRUE(expected.open(QIODevice::ReadOnly | QIODevice::Text));
-    QMap<QString, QStringList> fileColumns; // lower-case table -> "name:type" in order
-    while (!expected.atEnd()) {
-        const QString line = QString::fromUtf8(expected.readLine()).trimmed();
-        const QStringList cells = line.split('\t');
-        if (line.startsWith('#') || cells.size() < 3 || cells[1] == "*")
-            continue;
-        QString type = cells[2];
-        type.replace("Long Integer", "long").replace("Boolean", "bit").replace("Double", "double");
-        type.replace("Currency", "currency").replace("Integer", "short").replace("DateTime", "datetime");
-        type.replace(QRegularExpression("^Text \\((\\d+)\\)$"), "text\\1");
-        fileColumns[cells[0].toLower()] << cells[1] + ":" + type;
-    }
-    int compared = 0;
-    for (const OlderTable& table : OlderTables()) {
-        if (!fileColumns.contains(table.name.toLower()))
-            continue;
-        QStringList ours;
-        for (const FieldDef& f : table.fields) {
-            // FID of TankRekords comes with a version-gated step that a new store never runs.
-            if (table.name == "TankRekords" && f.name == "FID")
-                continue;
-            const QString type = f.type == "counter" ? "long" : f.type;
-            ours << f.name + ":" + type + (f.type == "text" ? QString::number(f.size) : QString());
-        }
-        EXPECT_EQ(ours, fileColumns[table.name.toLower()]) << qPrintable(table.name);
-        ++compared;
-    }
-    EXPECT_EQ(compared, static_cast<int>(OlderTables().size())); // the file has every older table
 }
 
 TEST(UpgradeNewStore, TablesMadeFromTheRoomTableNumberTheirRows) {
