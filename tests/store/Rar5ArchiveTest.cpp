@@ -156,24 +156,21 @@ TEST_F(ArchiveTest, UnwritableFolderLeavesTheOldArchiveWhole) {
     WriteRar5Archive(path("locked/Inven.rar"), path("invent.db"), "invent.db");
     const QByteArray before = ReadFile(path("locked/Inven.rar"));
     WriteFile(path("invent.db"), RandomBytes(2000, 7));
+    const auto errorOf = [&](const QString& archive) {
+        try {
+            WriteRar5Archive(archive, path("invent.db"), "invent.db");
+        } catch (const ArchiveError& e) {
+            return e.number();
+        }
+        return 0;
+    };
     SetImmutable(path("locked"), true);
-    int number = 0;
-    try {
-        WriteRar5Archive(path("locked/Inven.rar"), path("invent.db"), "invent.db");
-    } catch (const ArchiveError& e) {
-        number = e.number();
-    }
+    const int number = errorOf(path("locked/Inven.rar"));
     SetImmutable(path("locked"), false);
     EXPECT_EQ(number, 70);
     EXPECT_EQ(ReadFile(path("locked/Inven.rar")), before);
     EXPECT_EQ(QDir(path("locked")).entryList(QDir::Files | QDir::Hidden), QStringList({"Inven.rar"}));
-    int missing = 0;
-    try {
-        WriteRar5Archive(path("nowhere/Inven.rar"), path("invent.db"), "invent.db");
-    } catch (const ArchiveError& e) {
-        missing = e.number();
-    }
-    EXPECT_EQ(missing, 76);
+    EXPECT_EQ(errorOf(path("nowhere/Inven.rar")), 76);
 }
 
 // The repair after a backup leaves no free pages, even with statements open on the store.
