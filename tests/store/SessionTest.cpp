@@ -31,7 +31,7 @@ TEST(SessionInstance, SecondInstanceIsRefusedUntilTheFirstEnds) {
     EXPECT_TRUE(AcquireInstanceLock(second));
 }
 
-TEST(SessionStore, MissingFoldersAndStoreAreMade) {
+TEST(SessionStore, MissingFoldersAndStoreAreMadeAndAStandingStoreIsReopened) {
     QTemporaryDir root;
     Session s;
     s.home = root.path() + "/new home";
@@ -39,7 +39,10 @@ TEST(SessionStore, MissingFoldersAndStoreAreMade) {
     EXPECT_EQ(s.DataPath, QDir(s.home).absolutePath() + "/Databases/");
     EXPECT_TRUE(QFile::exists(s.DataPath + "invent.db"));
     ASSERT_NE(s.db, nullptr);
-    EXPECT_EQ(TableExists(*s.db, "voertuig"), "voertuig");
+    s.db->Execute("insert into kamer ([Desc]) values ('Office')");
+    s.db.reset();
+    OpenSessionStore(s);
+    EXPECT_EQ(GetScalar(*s.db, "select [desc] from kamer", ""), "Office");
 }
 
 TEST(SessionStore, OwnerProbeNeedsTheOwnerTableAndAnEmptyClosingTableGivesFirstJanuary2000) {

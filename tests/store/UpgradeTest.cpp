@@ -275,7 +275,8 @@ TEST(UpgradeOlderStore, ServiceRowsMoveToTheirNewTablesAndKeepNumbering) {
     EXPECT_EQ(Scalar(db, "select driverid & ',' & activityid & ',' & deptid from VecFuel"), "1,1,1");
     EXPECT_EQ(Scalar(db, "select KmRead + 0.5 from VecFuel"), "1235");
     EXPECT_EQ(Scalar(db, "select pumpreadprev from VecFuel"), "0");
-    EXPECT_EQ(Scalar(db, "select Liter from FuelPurchase"), "1000.00");
+    EXPECT_EQ(Scalar(db, "select suppid & '|' & Liter from FuelPurchase"), "1|1000.00");
+    EXPECT_EQ(Scalar(db, "select deptid & '|' & km from voertuig"), "1|0");
     EXPECT_TRUE(old.messages.shown.isEmpty()) << qPrintable(old.messages.texts().join('\n'));
 }
 
