@@ -232,6 +232,9 @@ TEST_F(OlderImport, StartTakesTheFileOverAndTheUpgradeMovesWhatItMoves) {
     EXPECT_EQ(Number(*db, "select count(*) from vdiens_unallocated"), 2);
     EXPECT_FALSE(db->TableNames().contains("vdiens", Qt::CaseInsensitive));
     EXPECT_FALSE(db->TableNames().contains("addservices", Qt::CaseInsensitive));
+    // The file's older version ran the version-gated steps: VecChoice made anew and empty, FID added.
+    EXPECT_EQ(Text(*db, "select count(*) from VecChoice"), "0");
+    EXPECT_EQ(Text(*db, "select count(FID) from TankRekords"), "0");
     EXPECT_EQ(Text(*db, "select VMajor & '.' & VMinor & '.' & VRevision from Version"), "1.3.157");
     // Type repairs: Km a number, its Null 0; new columns with their defaults for the old rows.
     const auto km = db->Fields("voertuig");
