@@ -123,6 +123,8 @@ TEST_F(DatabaseTest, AddingACounterNumbersTheRowsPresent) {
     EXPECT_EQ(raw("SELECT group_concat(surname || pdpid) FROM pdp"), "Botha1,Mokoena2");
     db->Execute("insert into pdp (surname) values ('Naidoo')");
     EXPECT_EQ(raw("SELECT pdpid FROM pdp WHERE surname = 'Naidoo'"), "3");
+    db->Execute("alter table pdp add column isassigned bit"); // a Yes/No added later is No on every row
+    EXPECT_EQ(raw("SELECT group_concat(isassigned) FROM pdp"), "0,0,0");
     EXPECT_EQ(errorOf([&] { db->Execute("alter table pdp add surname text(10)"); }), 3380);
 }
 

@@ -121,6 +121,7 @@ TEST(Conversions, RoundHalfToEvenAndCheckTheirRange) {
 TEST(CDate, DayFirstThenMonthFirstSerialsAndBadTexts) {
     const std::pair<Value, QDateTime> cases[] = {
         {Value("05/11/2026"), At(2026, 11, 5)},
+        {Value("2026/11/05"), At(2026, 11, 5)}, // the store's own text form
         {Value("5/1/29"), At(2029, 1, 5)},
         {Value("5/1/30"), At(1930, 1, 5)},
         {Value("2026-11-05 14:30"), At(2026, 11, 5, 14, 30)},
@@ -139,6 +140,7 @@ TEST(CDate, DayFirstThenMonthFirstSerialsAndBadTexts) {
         EXPECT_EQ(ErrorNumberOf([&] { vb::CDate(Value(bad)); }), 13) << bad;
     EXPECT_EQ(ErrorNumberOf([] { vb::CDate(Value::null()); }), 94);
     EXPECT_EQ(ErrorNumberOf([] { vb::CDate(Value(1e9)); }), 6);
+    EXPECT_TRUE(vb::IsDate("2026/11/05"));
     EXPECT_FALSE(vb::IsDate("1 234.50"));
 }
 
@@ -172,6 +174,9 @@ TEST(Format, NumberPatternsKeepTheirLiteralBlanks) {
     const std::tuple<Value, const char*, const char*> cases[] = {
         {1234.5, "### ##0.00", "1 234.50"},
         {12.5, "### ##0.00", " 12.50"},
+        {1234567.891, "### ### ##0.00", "1 234 567.89"},
+        {5479.45, "### ###.0000", "5 479.4500"},
+        {7, "00000", "00007"},
         {-12.5, "### ##0.00", "- 12.50"},
         {1234567.891, "### ##0.00", "1234 567.89"},
         {-5000.0, "### ### ##0.00", "- 5 000.00"},
