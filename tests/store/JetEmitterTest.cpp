@@ -132,17 +132,10 @@ TEST_F(JetEmitter, TextComparesCaseBlind) {
 
 TEST_F(JetEmitter, DistinctAndUnionAreCaseBlind) {
     EXPECT_EQ(query("select distinct maak & '' from voertuig").size(), 2u);
-    EXPECT_EQ(query("select maak & '' from voertuig where transid = 1 union select maak & '' from voertuig where "
-                    "transid = 2")
-                  .size(),
-              1u);
-    EXPECT_EQ(query("select maak & '' from voertuig where transid = 1 union all select maak & '' from voertuig where "
-                    "transid = 2")
-                  .size(),
-              2u);
-    const QStringList one = column("select regnr from voertuig where transid = 1 union select 'abc123' from voerkat");
-    ASSERT_EQ(one.size(), 1);
-    EXPECT_EQ(one.front().toUpper(), "ABC123");
+    const QString one = "select maak & '' from voertuig where transid = 1", two = one.left(one.size() - 1) + "2";
+    EXPECT_EQ(query(one + " union " + two).size(), 1u);
+    EXPECT_EQ(query(one + " union all " + two).size(), 2u);
+    EXPECT_EQ(column("select regnr from voertuig where transid = 1 union select 'abc123' from voerkat").size(), 1);
 }
 
 TEST_F(JetEmitter, NumbersCompareWithoutCollationSoIndexesServe) {
