@@ -104,21 +104,6 @@ TEST_F(ReportScreenTest, OpeningFuelConsumptionRepairsTheFuelRecords) {
     EXPECT_EQ(m_screen->dtpTo->date(), QDate(2025, 1, 25));
 }
 
-TEST_F(ReportScreenTest, EmptyPreviewLeavesPrintDisabled) {
-    SeedRegister();
-    frmVerslae& screen = open("Fuel Stock Take");
-    click(screen.lstCatKm, "PETROL");
-    QTest::mouseClick(screen.cmdApply, Qt::LeftButton);
-    EXPECT_EQ(screen.grd3->Rows(), 1);
-    EXPECT_FALSE(screen.cmdPrint->isEnabled());
-    click(screen.lstCatKm, "PETROL");
-    click(screen.lstCatKm, "MAIN DIESEL");
-    QTest::mouseClick(screen.cmdApply, Qt::LeftButton);
-    EXPECT_EQ(screen.grd3->Rows(), 4);
-    EXPECT_EQ(row(3), QStringList({"TOTAL", "", "-  4.00", ""}));
-    EXPECT_TRUE(screen.cmdPrint->isEnabled());
-}
-
 TEST_F(ReportScreenTest, ALastingFailureComesBackUntilItsCauseIsGone) {
     SeedRegister();
     int calls = 0;
