@@ -1,6 +1,7 @@
 #pragma once
-// A fresh register in a temporary home for the fuel screens: a category of each meter kind, vehicles, one tank
-// with a purchase and a pump reading, and a scripted message service.
+// A fresh store in a temporary home for the fuel tests: the present schema, a closing date (2024/02/29 unless
+// the test gives another), a scripted message service, helpers to put vehicles, tanks and purchases in place, to read
+// the store back and to type into fields as a person does.
 
 #include "Database.h"
 #include "HomeFolder.h"
@@ -11,18 +12,22 @@
 #include "TempHome.h"
 
 #include <QApplication>
+#include <QLineEdit>
+#include <QTest>
+#include <QWidget>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
 class FuelStoreTest : public ::testing::Test {
 protected:
+    explicit FuelStoreTest(QDate closed = QDate(2024, 2, 29)) : m_closed(closed) {}
     void SetUp() override {
         m_session.home = m_home.path();
         SetHomeFolder(m_home.path());
         SetCurrentSession(&m_session);
         OpenSessionStore(m_session);
         RunSchemaSteps(*m_session.db);
-        m_session.ClosedDate = QDateTime(QDate(2024, 2, 29), QTime(0, 0));
+        m_session.ClosedDate = QDateTime(m_closed, QTime(0, 0));
     }
     void TearDown() override {
         m_session.db.reset();
@@ -57,6 +62,22 @@ protected:
                  .arg(rebated ? -1 : 0));
         return scalar("select max(transid) from voertuig").toInt();
     }
+    int addTank(const QString& name, double volume = 0, const QString& rate = "0") {
+        exec(QString("insert into Tanks (TankNaam, HuidigeVolume, CurRperL, Datum, Koste, Capacity, PumpReading) "
+                     "values ('%1', %2, %3, '2024/01/01', '0', 5000, 0)")
+                 .arg(name)
+                 .arg(volume)
+                 .arg(rate));
+        return scalar("select max(TransID) from Tanks").toInt();
+    }
+    int addPurchase(int tank, const QString& date, const QString& litres, const QString& rate,
+                    const QString& supplier = "1") {
+        exec(QString("insert into FuelPurchase (TankID, Datum, Liter, Cost, CostPerLiter, suppid, invoiceref) values "
+                     "(%1, '%2', '%3', '0', '%4', %5, 'INV')")
+                 .arg(tank)
+                 .arg(date, litres, rate, supplier));
+        return scalar("select max(TransID) from FuelPurchase").toInt();
+    }
 
     void exec(const QString& sql) { m_session.db->Execute(sql); }
     QString scalar(const QString& sql) { return GetScalar(*m_session.db, sql, "", 0, "<error>"); }
@@ -65,7 +86,33 @@ protected:
         char* error = nullptr;
         ASSERT_EQ(sqlite3_exec(m_session.db->handle(), sql, nullptr, nullptr, &error), SQLITE_OK) << error;
     }
+    // A statement by another program on the same file.
+    void elsewhere(const char* sql) {
+        sqlite3* other = nullptr;
+        ASSERT_EQ(sqlite3_open(m_home.storeFile().toUtf8().constData(), &other), SQLITE_OK);
+        EXPECT_EQ(sqlite3_exec(other, sql, nullptr, nullptr, nullptr), SQLITE_OK);
+        sqlite3_close(other);
+    }
+    double volume(int tank) {
+        return scalar("select HuidigeVolume from Tanks where TransID = " + QString::number(tank)).toDouble();
+    }
+    QString rate(int tank) { return scalar("select CurRperL from Tanks where TransID = " + QString::number(tank)); }
 
+    // Types into a field as a person does: focus, select all, type; leave() then Tabs away.
+    static void typeInto(QLineEdit* field, const QString& text) {
+        field->setFocus();
+        field->selectAll();
+        QTest::keyClick(field, Qt::Key_Delete);
+        QTest::keyClicks(field, text);
+    }
+    static void leave(QWidget* field) { QTest::keyClick(field, Qt::Key_Tab); }
+    template <class Screen> static void showActive(Screen& s) {
+        s.show();
+        s.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&s));
+    }
+
+    QDate m_closed;
     TempHome m_home;
     Session m_session;
     ScriptedMessageService m_messages;

@@ -2,32 +2,15 @@
 
 #include "Rebate.h"
 #include "BadText.h"
-#include "Database.h"
-#include "FuelScreens.h"
-#include "ScreenRegistry.h"
-#include "ScriptedMessageService.h"
-#include "Session.h"
-#include "StoreStartup.h"
-#include "TempHome.h"
+#include "FuelTestStore.h"
 #include "frmRebate.h"
 
-#include <QLineEdit>
 #include <QPushButton>
-#include <QTest>
-#include <gtest/gtest.h>
-#include <sqlite3.h>
 
 namespace {
 
-class Rebate : public ::testing::Test {
+class Rebate : public FuelStoreTest {
 protected:
-    void SetUp() override {
-        m_session.home = m_home.path();
-        OpenSessionStore(m_session);
-        SetCurrentSession(&m_session);
-    }
-    void TearDown() override { SetCurrentSession(nullptr); }
-
     QStringList rows() {
         QStringList out;
         auto rs = m_session.db->OpenRecordset("select rebaterate, rebatesars from rebate", RecordsetType::Snapshot);
@@ -35,25 +18,12 @@ protected:
             out << rs->Field(0).toString() + "/" + rs->Field(1).toString();
         return out;
     }
-    static void retype(QLineEdit* field, const QString& text) {
-        field->setFocus();
-        field->selectAll();
-        QTest::keyClick(field, Qt::Key_Delete);
-        QTest::keyClicks(field, text);
-    }
-
-    TempHome m_home;
-    Session m_session;
-    ScriptedMessageService m_messages;
 };
 
-TEST_F(Rebate, ANewStoreHasTheSeedRates) {
+TEST_F(Rebate, TheSeedRatesADecimalSettingRoundedAndAMissingTableReadingZero) {
     EXPECT_EQ(RebateSetting(0), 349);
     EXPECT_EQ(RebateSetting(1), 80);
     EXPECT_EQ(GetRebateRate(), "349");
-}
-
-TEST_F(Rebate, ADecimalSettingArrivesRoundedAndAMissingTableReadsZero) {
     m_session.db->Execute("update rebate set rebaterate = 349.6, rebatesars = 79.5");
     EXPECT_EQ(RebateSetting(0), 350);
     EXPECT_EQ(RebateSetting(1), 80); // half to even
@@ -70,20 +40,17 @@ TEST_F(Rebate, ADecimalSettingArrivesRoundedAndAMissingTableReadsZero) {
 TEST_F(Rebate, TheScreenSavesWhatIsTypedAndFallsBackToTheDefaultsSilently) {
     frmRebate form;
     EXPECT_EQ(form.windowTitle(), "SARS Global Vehicle Rebate");
-    EXPECT_EQ(form.txtRebateRate->toolTip(), "Applies to all vehicles.");
-    EXPECT_EQ(form.txtRebateRate->text(), "349");
     EXPECT_EQ(form.txtrebatesars->text(), "80");
-
-    retype(form.txtRebateRate, "375");
-    retype(form.txtrebatesars, "");
+    typeInto(form.txtRebateRate, "375");
+    typeInto(form.txtrebatesars, "");
     QTest::mouseClick(form.lblcmd[0], Qt::LeftButton);
     EXPECT_EQ(form.result(), QDialog::Accepted);
     EXPECT_EQ(rows(), QStringList({"375/80"}));
 
     frmRebate again;
     EXPECT_EQ(again.txtRebateRate->text(), "375");
-    retype(again.txtRebateRate, "abc");
-    retype(again.txtrebatesars, "90");
+    typeInto(again.txtRebateRate, "abc");
+    typeInto(again.txtrebatesars, "90");
     QTest::mouseClick(again.lblcmd[0], Qt::LeftButton);
     EXPECT_EQ(rows(), QStringList({"349/90"}));
     EXPECT_TRUE(m_messages.shown.isEmpty());
@@ -91,14 +58,14 @@ TEST_F(Rebate, TheScreenSavesWhatIsTypedAndFallsBackToTheDefaultsSilently) {
 
 TEST_F(Rebate, CancelWritesNothingAndSaveChangesEveryRow) {
     frmRebate form;
-    retype(form.txtRebateRate, "400");
+    typeInto(form.txtRebateRate, "400");
     QTest::mouseClick(form.lblcmd[1], Qt::LeftButton);
     EXPECT_EQ(form.result(), QDialog::Rejected);
     EXPECT_EQ(rows(), QStringList({"349/80"}));
 
     m_session.db->Execute("insert into rebate (rebaterate,rebatesars) values (1,2)");
     frmRebate twice;
-    retype(twice.txtRebateRate, "410");
+    typeInto(twice.txtRebateRate, "410");
     QTest::mouseClick(twice.lblcmd[0], Qt::LeftButton);
     EXPECT_EQ(rows(), QStringList({"410/80", "410/80"}));
 }

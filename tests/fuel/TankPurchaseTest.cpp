@@ -3,12 +3,14 @@
 
 #include "FlexGrid.h"
 #include "FuelScreens.h"
+#include "FuelTestStore.h"
 #include "Recalc.h"
 #include "ScreenRegistry.h"
-#include "TankTestStore.h"
 #include "frmAdd.h"
+#include "frmFuel.h"
 #include "frmTank.h"
 #include "frmTankPurchase.h"
+#include "frmTankStock.h"
 
 #include <QComboBox>
 #include <QGroupBox>
@@ -19,8 +21,9 @@
 
 namespace {
 
-class PurchaseTest : public TankStoreTest {
+class PurchaseTest : public FuelStoreTest {
 protected:
+    PurchaseTest() : FuelStoreTest(QDate(2024, 1, 31)) {}
     std::unique_ptr<frmTankPurchase> openPurchase(int tank, int purchase) {
         m_session.CurrentTankID = tank;
         m_session.CurrentPurchaseID = purchase;
@@ -29,9 +32,7 @@ protected:
             screen->LoadDetail();
         else
             screen->txtDyy->setText("2024/03/01");
-        screen->show();
-        screen->activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(screen.get()));
+        showActive(*screen);
         return screen;
     }
     void capture(frmTankPurchase& s, const QString& date, const QString& litres, const QString& cost,
@@ -78,11 +79,8 @@ TEST_F(PurchaseTest, BalanceMovesByTheDifferenceAndTheRateFollowsTheLatestDate) 
     }
     EXPECT_TRUE(m_messages.shown.isEmpty()) << qPrintable(m_messages.last());
     // Numbers are kept as text in the store's own form; the cost per litre left empty is computed.
-    EXPECT_EQ(purchaseField(made[0], "Liter"), "80.00");
-    EXPECT_EQ(purchaseField(made[0], "Cost"), "1600.00");
-    EXPECT_EQ(purchaseField(made[0], "CostPerLiter"), "20.00");
-    EXPECT_EQ(purchaseField(made[0], "Datum"), "2024/03/01");
-    EXPECT_EQ(purchaseField(made[0], "TankID"), QString::number(tank));
+    EXPECT_EQ(purchaseField(made[0], "Liter & '|' & Cost & '|' & CostPerLiter & '|' & Datum & '|' & TankID"),
+              "80.00|1600.00|20.00|2024/03/01|" + QString::number(tank));
 }
 
 TEST_F(PurchaseTest, CostPerLitreFollowsTheCostUnlessTypedOverAndZeroStaysZero) {
@@ -114,8 +112,6 @@ TEST_F(PurchaseTest, RefusalsWriteNothingAndTheClosingDateItselfIsClosed) {
         {"2024/03/01", "", "100", "You need to fill all the Fields!", "Fuel Purchases", MsgIcon::None},
         {"2024/03/01", "10", "", "You need to fill all the Fields!", "Fuel Purchases", MsgIcon::None},
         {"2024/01/31", "10", "100", "The date entered is already closed. Please change the date.", "Closed date",
-         MsgIcon::Critical},
-        {"2023/12/01", "10", "100", "The date entered is already closed. Please change the date.", "Closed date",
          MsgIcon::Critical},
     };
     for (const Case& c : cases) {
@@ -190,8 +186,6 @@ TEST_F(PurchaseTest, SuppliersStartFromTheSeedAndTheAdderPassesOverAKnownName) {
     auto s = openPurchase(addTank("NORTH"), 0);
     ASSERT_EQ(s->cmbsupplier->count(), 1);
     EXPECT_EQ(s->cmbsupplier->itemText(0), "_fuel Supplier");
-    EXPECT_EQ(MakeFuelSupplierSeed("fuelsupplier"),
-              "insert into fuelsupplier (name,issystem)  values ('_Fuel Supplier',1)");
     // The look-up compares case-blind, so the second name is passed over.
     for (const QString& name : {QString("o'brien oil"), QString("O'BRIEN OIL"), QString("Bp")}) {
         frmAdd adder;
@@ -209,14 +203,13 @@ TEST_F(PurchaseTest, SuppliersStartFromTheSeedAndTheAdderPassesOverAKnownName) {
     EXPECT_EQ(scalar("select count(*) from fuelsupplier where issystem = 0"), "2");
 }
 
-class TankScreenTest : public TankStoreTest {
+class TankScreenTest : public FuelStoreTest {
 protected:
+    TankScreenTest() : FuelStoreTest(QDate(2024, 1, 31)) {}
     std::unique_ptr<frmTank> openTanks() {
         auto s = std::make_unique<frmTank>();
         s->resize(1100, 600);
-        s->show();
-        s->activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(s.get()));
+        showActive(*s);
         return s;
     }
     static void pickTank(frmTank& s, const QString& name) {
@@ -307,10 +300,8 @@ TEST_F(TankScreenTest, SaveTankNamesInUpperCaseKeepsTheBalanceAndRefusesBlankNam
     typeInto(s->txtTank, "north diesel");
     s->txtPumpReading->setText("");
     QTest::mouseClick(s->Label4[3], Qt::LeftButton);
-    EXPECT_EQ(scalar("select TankNaam from Tanks"), "NORTH DIESEL");
-    EXPECT_EQ(scalar("select HuidigeVolume from Tanks"), "0");
-    EXPECT_EQ(scalar("select CurRperL from Tanks"), "0");
-    EXPECT_EQ(scalar("select PumpReading from Tanks"), "0");
+    const QString tankRow = "select TankNaam & '|' & HuidigeVolume & '|' & CurRperL & '|' & PumpReading from Tanks";
+    EXPECT_EQ(scalar(tankRow), "NORTH DIESEL|0|0|0");
     EXPECT_FALSE(s->Frame2->isVisible());
     ASSERT_EQ(s->list1->count(), 1);
 
@@ -321,25 +312,28 @@ TEST_F(TankScreenTest, SaveTankNamesInUpperCaseKeepsTheBalanceAndRefusesBlankNam
     typeInto(s->txtPumpReading, "77x7");
     QTest::mouseClick(s->Label4[3], Qt::LeftButton);
     EXPECT_EQ(scalar("select count(*) from Tanks"), "1");
-    EXPECT_EQ(scalar("select HuidigeVolume from Tanks"), "123.5");
-    EXPECT_EQ(scalar("select CurRperL from Tanks"), "21.5");
-    EXPECT_EQ(scalar("select PumpReading from Tanks"), "777"); // only digits reach the field
+    EXPECT_EQ(scalar(tankRow), "NORTH DIESEL|123.5|21.5|777"); // only digits reach the pump field
 }
 
-} // namespace
-
-namespace {
-
 TEST_F(TankScreenTest, TheTreeOpensTanksAsAWindowAndTheStockTakeModally) {
+    // A run ended by an earlier test's run-time error box leaves the application's quit flag standing, which
+    // would end the modal screen's loop at once; one turn of the application's own loop clears it.
+    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+    QApplication::exec();
     RegisterFuelScreens();
+    QWidget* capture = ShowScreen("frmFuel", false);
+    ASSERT_TRUE(qobject_cast<frmFuel*>(capture));
+    capture->close();
     QWidget* tanks = ShowScreen("frmTank", false);
     ASSERT_TRUE(qobject_cast<frmTank*>(tanks));
+    // The stock take is looked for among the windows: a window left by an earlier test may stand on top.
     QString modalTitle;
     QTimer::singleShot(0, [&] {
-        if (QWidget* modal = QApplication::activeModalWidget()) {
-            modalTitle = modal->windowTitle();
-            modal->close();
-        }
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (qobject_cast<frmTankStock*>(w) && w->isVisible() && w->isModal()) {
+                modalTitle = w->windowTitle();
+                w->close();
+            }
     });
     EXPECT_EQ(ShowScreen("frmTankStock", true), nullptr); // back once the modal screen has closed
     EXPECT_EQ(modalTitle, "Orvel - Tank Stock");

@@ -1,7 +1,6 @@
 // The fuel totals: litres per tank, per vehicle, driver and activity, the rebate sums, the monthly crosstab
 // and the charts after their sheets. Figures worked out by hand from the test register.
 
-#include "CommandLine.h"
 #include "FuelTotalsReports.h"
 #include "ReportSheets.h"
 #include "ReportTestStore.h"
@@ -154,6 +153,7 @@ TEST_F(FuelTotalsTest, RebateSheetTakesEightyPercentWhileTheGridTakesTheSetting)
     ASSERT_EQ(m_screen->grd3->Rows(), 1 + 6 + 4);
     EXPECT_EQ(row(1), QStringList({"2024/12/05", "Jan Smit", "Ploughing", "Toyota(ca 1)", "10.00", "10.00", "0.00"}));
     EXPECT_EQ(row(8).mid(3), QStringList({"Total Litres", "125.00", "82.50", "42.50"}));
+    EXPECT_EQ(m_screen->grd3->TextMatrix(9, 3), " 70% of Litres"); // the blank stands before the share
     EXPECT_EQ(row(9).mid(3, 2), QStringList({"70% of Litres", "57.75"}));
     EXPECT_EQ(row(10).mid(3, 2), QStringList({"70% @ R3", "173.25"}));
 
@@ -245,35 +245,6 @@ TEST_F(FuelTotalsTest, AFailingChartIsReportedAndTheWorkbookStillSaved) {
     const WorkbookReader saved = book();
     EXPECT_EQ(saved.sheet(0)->text("A3"), "Toyota");
     EXPECT_TRUE(saved.sheet(1)->charts.empty());
-}
-
-TEST_F(FuelTotalsTest, ReportCommandGivesTheScreensRowsAndWorkbook) {
-    SeedUsage();
-    const QStringList args = {"Litres Per Driver", "--all", "--from", "2024/12/01", "--to", "2025/01/31"};
-    for (const bool view : {true, false}) {
-        const CommandRun run = runReportCommand(view ? args + QStringList{"--view"} : args);
-        EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
-        const QString& out = run.out;
-        if (view) {
-            EXPECT_EQ(out.split('\n', Qt::SkipEmptyParts),
-                      QStringList({"Driver\tTotal", "Jan Smit\t  70.00", "Piet Nel\t  85.00"}));
-        } else {
-            WorkbookReader saved;
-            ASSERT_TRUE(saved.open(out.trimmed())) << out.toStdString();
-            // Every vehicle of both kinds: the Massey has no fill, so the hour sheet holds Piet alone.
-            EXPECT_EQ(saved.sheetNames(), QStringList({"Km", "Chart Km", "Hours", "Chart Hours"}));
-            EXPECT_DOUBLE_EQ(saved.sheet(2)->number("B3"), 85);
-        }
-    }
-}
-
-// A picture of the monthly preview for the documentation; run on demand with
-// --gtest_also_run_disabled_tests (ORVEL_SCREENSHOTS names the folder).
-TEST_F(FuelTotalsTest, DISABLED_Screenshots) {
-    SeedUsage();
-    preview("Monthly Veh. Fuel Usage", kHours, kKm, "2024/11/01", "2025/01/31");
-    m_screen->resize(1000, 640);
-    EXPECT_TRUE(m_screen->grab().save(qEnvironmentVariable("ORVEL_SCREENSHOTS", "/tmp") + "/monthly-usage.png"));
 }
 
 } // namespace

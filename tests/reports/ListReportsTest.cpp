@@ -95,14 +95,21 @@ TEST_F(ListReportsTest, PurchasesListAndWorkbookSumLitresAndRands) {
     EXPECT_EQ(s.orientation, "portrait");
 }
 
-TEST_F(ListReportsTest, StockTakeWorkbookIsTheGridCopied) {
+TEST_F(ListReportsTest, StockTakeWorkbookIsTheGridCopiedAndAnEmptyPreviewCannotPrint) {
     SeedRegister();
     frmVerslae& screen = open("Fuel Stock Take");
-    click(screen.lstCatKm, "MAIN DIESEL");
     range("2024/12/01", "2025/01/31");
+    click(screen.lstCatKm, "PETROL"); // never stock-taken
+    QTest::mouseClick(screen.cmdApply, Qt::LeftButton);
+    EXPECT_EQ(screen.grd3->Rows(), 1);
+    EXPECT_FALSE(screen.cmdPrint->isEnabled());
+    click(screen.lstCatKm, "PETROL");
+    click(screen.lstCatKm, "MAIN DIESEL");
     QTest::mouseClick(screen.cmdApply, Qt::LeftButton);
     ASSERT_EQ(screen.grd3->Rows(), 4);
     EXPECT_EQ(row(1), QStringList({"2024/12/31", "MAIN DIESEL", "-  12.00", "LEAK"}));
+    EXPECT_EQ(row(3), QStringList({"TOTAL", "", "-  4.00", ""}));
+    EXPECT_TRUE(screen.cmdPrint->isEnabled());
     QTest::mouseClick(screen.cmdPrint, Qt::LeftButton);
     const WorkbookReader saved = book();
     const WbSheet& s = *saved.sheet(0);

@@ -1,7 +1,6 @@
 // The tank summary and the tank detail: figures worked out by hand from the test register.
 
 #include "ReportTestStore.h"
-#include "TankDetail.h"
 
 namespace {
 
@@ -133,22 +132,6 @@ TEST_F(TankReportsTest, AnApostropheStopsTheLedgerWithItsMessage) {
     EXPECT_EQ(m_screen->grd3->Rows(), 1);
     EXPECT_EQ(m_screen->grd3->TextMatrix(0, 2), "Vehicle");
     EXPECT_FALSE(m_screen->cmdPrint->isEnabled());
-}
-
-TEST_F(TankReportsTest, SixNamedColumnsFillTheirPlacesInTheTenColumnTable) {
-    SeedRegister();
-    ASSERT_TRUE(ShowDetail_Preflight());
-    exec(" INSERT INTO tmpdetail SELECT * FROM( select 'Main' as [tank name] ,'1901/01/01' as [sortdate] ,"
-         "'2024/12/01' as [date] , 'open litres' as [detail] , 'Opening Balance' as [vehicle] ,985.5 as "
-         "[open litres]  from tanks where transid in (1))");
-    auto rs = m_session.db->OpenRecordset("select * from tmpdetail", RecordsetType::Snapshot);
-    ASSERT_FALSE(rs->Eof());
-    EXPECT_EQ(rs->FieldCount(), 10);
-    EXPECT_EQ(rs->Field("tank name").toString(), "Main");
-    EXPECT_EQ(rs->Field("vehicle").toString(), "Opening Balance");
-    EXPECT_DOUBLE_EQ(rs->Field("open litres").toDouble(), 985.5);
-    EXPECT_TRUE(rs->Field("balance").isNull());
-    EXPECT_TRUE(rs->Field("litres out").isNull());
 }
 
 } // namespace
