@@ -651,8 +651,10 @@ void frmFuel::SaveFuel() {
     LastKmRead = GetLastKmRead(IdOf(Combo3));
     if (LastKmRead.isEmpty())
         LastKmRead = GetVehicleKm(IdOf(Combo3));
+    // A vehicle with neither issues nor a stored meter reading counts from 0: an empty text cannot stand in the
+    // number column, and an empty reading would stop the figures and the recalculation at every later pick.
     if (!IsEditing)
-        rs->SetField("previouskmread", Value(LastKmRead));
+        rs->SetField("previouskmread", Value(LastKmRead.isEmpty() ? QString("0") : LastKmRead));
     rs->SetField("Litres", Value(txtLiter->text()));
     rs->SetField("RperL", Value(txtRandLiter->text()));
     rs->SetField("driverid", Value(IdOf(cmbDriver)));
