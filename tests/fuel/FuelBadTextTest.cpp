@@ -164,4 +164,32 @@ TEST_F(FuelBadText, FuelCapture) {
     EXPECT_EQ(scalar("select count(*) from VecFuel where Litres is null or KmRead is null"), "0");
 }
 
+// The previous reading is open for typing only on a vehicle with neither issues nor a stored reading. What is typed
+// there is compared by its figure and never stored: the row counts from 0 whatever the box holds.
+TEST_F(FuelBadText, PreviousReading) {
+    std::unique_ptr<frmFuel> f;
+    BadTextScreen screen;
+    screen.open = [&] {
+        exec("delete * from VecFuel where VoertuigID = " + QString::number(m_bare));
+        f = std::make_unique<frmFuel>();
+        showActive(*f);
+        pick(f->Combo2, "Light");
+        pick(f->Combo3, "Bare (CA 2)");
+        pick(f->Combo7, "Main");
+        retype(f->txtPumpCurr, QString::number(scalar("select PumpReading from tanks").toInt() + 40));
+        retype(f->txtKm, "1400");
+        f->txtDyy->setText("2024/03/01");
+        return Fields{{"Previous reading", f->txtPrKm}};
+    };
+    screen.save = [&] {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QTest::mouseClick(f->lblcmd[0], Qt::LeftButton);
+    };
+    screen.close = [&] { f.reset(); };
+    const QString higher = "Km Reading must be more than the previous reading";
+    holdAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, screen),
+                {{{"Previous reading", "31 February"}, higher}, {{"Previous reading", "year 9999"}, higher}});
+    EXPECT_EQ(scalar("select previouskmread from VecFuel where VoertuigID = " + QString::number(m_bare)), "0");
+}
+
 } // namespace
