@@ -26,6 +26,8 @@
 namespace recalc {
 
 QString CleanedKm(const Value& km) {
+    if (km.isNull())
+        return "0";
     return RegexReplace(ReadingText(km), "[^0-9\\.]", ".");
 }
 

@@ -36,7 +36,8 @@ inline QString ReadingText(const Value& reading) {
 }
 
 // The first reading of a chain: the vehicle's Km with every character that is neither a digit nor a
-// point turned into a point ("12,5" gives 12.5, "1 234" gives 1.234).
+// point turned into a point ("12,5" gives 12.5, "1 234" gives 1.234). A vehicle whose Km was never set
+// counts from 0, as the report screen counts a missing previous reading.
 QString CleanedKm(const Value& km);
 
 } // namespace recalc

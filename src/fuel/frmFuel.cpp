@@ -610,6 +610,13 @@ void frmFuel::SaveFuel() {
             return;
         }
     }
+    // The rate is stored as typed in a number column; the key filter keeps letters out, but a pasted text that is
+    // no figure would fail the row's update, so it is refused here like an empty one.
+    if (!vb::IsNumeric(Value(txtRandLiter->text()))) {
+        SaveFailed = 1;
+        refuse("Rand per litre is not a valid figure", MsgIcon::Information, QString(), txtRandLiter);
+        return;
+    }
     if (!(vb::Val(txtPrKm->text()) < vb::Val(txtKm->text()))) {
         SaveFailed = 1;
         refuse(label4[kCapKmReading]->text() + " must be more than the previous reading", MsgIcon::Exclamation,
@@ -637,8 +644,10 @@ void frmFuel::SaveFuel() {
     }
     if (txtKmTravel1->text().isEmpty() || txtKmL1->text().isEmpty())
         ShowCurrentTankFigures();
-    // The date as typed; the comparison goes through its "dd/mm/yyyy" text. An unreadable date fails here.
-    if (IsDateClosed(vb::CDate(Value(txtDyy->text())), CurrentSession().ClosedDate)) {
+    // The date as typed; the comparison goes through its "dd/mm/yyyy" text. A text that is no date is refused
+    // first, rather than ending the run in the comparison.
+    if (IsDateUnreadable(txtDyy->text()) ||
+        IsDateClosed(vb::CDate(Value(txtDyy->text())), CurrentSession().ClosedDate)) {
         txtDyy->setFocus();
         return;
     }
@@ -651,8 +660,10 @@ void frmFuel::SaveFuel() {
     LastKmRead = GetLastKmRead(IdOf(Combo3));
     if (LastKmRead.isEmpty())
         LastKmRead = GetVehicleKm(IdOf(Combo3));
+    // A vehicle with neither issues nor a stored meter reading counts from 0: an empty text cannot stand in the
+    // number column, and an empty reading would stop the figures and the recalculation at every later pick.
     if (!IsEditing)
-        rs->SetField("previouskmread", Value(LastKmRead));
+        rs->SetField("previouskmread", Value(LastKmRead.isEmpty() ? QString("0") : LastKmRead));
     rs->SetField("Litres", Value(txtLiter->text()));
     rs->SetField("RperL", Value(txtRandLiter->text()));
     rs->SetField("driverid", Value(IdOf(cmbDriver)));

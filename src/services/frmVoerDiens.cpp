@@ -577,7 +577,7 @@ void frmVoerDiens::SaveServiceRecord() {
     }
     Hourglass hourglass;
     try {
-        if (IsDateClosed(vb::CDate(Value(txtDyy->text())), s.ClosedDate)) {
+        if (IsDateUnreadable(txtDyy->text()) || IsDateClosed(vb::CDate(Value(txtDyy->text())), s.ClosedDate)) {
             txtDyy->setFocus();
             return;
         }

@@ -54,15 +54,16 @@ void frmAdd::lblcmd_Click(int index) {
         return;
     }
     const QString caption = lblAdd->text();
-    const QString typed = txtAdd->text();
+    // The name goes into the look-up with its quotes doubled, whatever the list: "O'Brien Motors" is a name like
+    // any other and finds itself.
+    QString quoted = txtAdd->text();
+    quoted.replace("'", "''");
     try {
         if (caption == "Supplier") {
-            AddName("SELECT * FROM VecSupplier WHERE SUP_Desc = '" + typed + "'", "SUP_Desc", "LaaiSupliers");
+            AddName("SELECT * FROM VecSupplier WHERE SUP_Desc = '" + quoted + "'", "SUP_Desc", "LaaiSupliers");
         } else if (caption == "Cost Category") {
-            AddName("SELECT * FROM CostCat WHERE CC_CostCatagory = '" + typed + "'", "CC_CostCatagory", "LaaiCostCat");
+            AddName("SELECT * FROM CostCat WHERE CC_CostCatagory = '" + quoted + "'", "CC_CostCatagory", "LaaiCostCat");
         } else if (caption == "Fuel Supplier") {
-            QString quoted = typed;
-            quoted.replace("'", "''");
             // The refill named here is the cost categories' of the service screen, as it has always been.
             AddName("SELECT * FROM fuelsupplier WHERE name = '" + quoted + "'", "Name", "LaaiCostCat");
         }

@@ -194,6 +194,14 @@ bool ConfirmError(bool show, const QString& heading, const QString& detail1, con
     return MsgBox(text, MsgButtons::YesNoDefaultNo, MsgIcon::Question) == MsgResult::Yes;
 }
 
+bool IsDateUnreadable(const QString& typed) {
+    if (vb::IsDate(typed))
+        return false;
+    MsgBox("The date entered is not a valid date. Please change the date.", MsgButtons::Ok, MsgIcon::Exclamation,
+           "Date");
+    return true;
+}
+
 bool IsDateClosed(const QDateTime& entered, const QDateTime& closedDate) {
     // The entered date goes through its day-first text, which drops the time of day.
     const QDateTime asEntered = vb::CDate(Value(vb::Format(Value(entered), "dd/mm/yyyy")));

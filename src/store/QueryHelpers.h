@@ -33,6 +33,10 @@ bool ConfirmError(bool show, const QString& heading, const QString& detail1, con
 // as "dd/mm/yyyy" read back, is on or before the closing date.
 bool IsDateClosed(const QDateTime& entered, const QDateTime& closedDate);
 
+// The check before it for a date typed as text: true (and a box asking for another date shown) when the text
+// cannot be read as a date at all.
+bool IsDateUnreadable(const QString& typed);
+
 // Regular-expression helpers; patterns ignore case and run global.
 QString RegexCapture(const QString& text, const QString& pattern, int groupIndex);
 QString RegexFind(const QString& pattern, const QString& text, bool emptyOnFail);

@@ -415,7 +415,7 @@ TEST_F(FuelScreenTest, TheLedgerShowsOnF1AndLeavesOnEscape) {
     EXPECT_FALSE(f->flxDelete->isVisible());
 }
 
-TEST_F(FuelScreenTest, AnHoursVehicleIsRefusedInHoursAndAnUnreadableDateEndsTheRun) {
+TEST_F(FuelScreenTest, AnHoursVehicleIsRefusedInHoursAndAnUnreadableDateIsRefused) {
     auto f = open();
     capture(*f, "Massey (MF 1)", "540", "500", "Tractors");
     save(*f);
@@ -426,8 +426,9 @@ TEST_F(FuelScreenTest, AnHoursVehicleIsRefusedInHoursAndAnUnreadableDateEndsTheR
     f->txtDyy->setText("2024/13/45");
     save(*f);
     ASSERT_EQ(m_messages.shown.size(), 1);
-    EXPECT_EQ(m_messages.shown[0].icon, MsgIcon::Critical);
-    EXPECT_EQ(m_messages.shown[0].title, "Orvel");
-    EXPECT_TRUE(m_messages.shown[0].text.startsWith("Run-time error '13'"));
+    EXPECT_EQ(m_messages.shown[0].icon, MsgIcon::Exclamation);
+    EXPECT_EQ(m_messages.shown[0].title, "Date");
+    EXPECT_EQ(m_messages.shown[0].text, "The date entered is not a valid date. Please change the date.");
+    EXPECT_EQ(QApplication::focusWidget(), f->txtDyy);
     EXPECT_EQ(scalar("select count(*) from VecFuel"), "0");
 }

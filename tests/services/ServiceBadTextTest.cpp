@@ -102,13 +102,11 @@ TEST_F(ServiceBadText, AllocationAndHistoryEdit) {
     };
     edit.save = [&] { click(s->lblcmd[3]); };
     edit.close = [&] { s.reset(); };
-    // The history date is compared with the closing date without a trap: a text that is no date ends the run there,
-    // before anything is written.
-    edit.endsRun = [](const QString& field, const QString& bad) { return field == "Date" && bad != "year 9999"; };
+    // A history date that cannot be read is refused before the closing-date comparison and before anything is written.
     expected = {{{"Note", "empty"}, "You need to fill in all the fields!"}};
     for (const BadText& bad : BadTexts())
         if (bad.name != QString("year 9999"))
-            expected[{"Date", bad.name}] = "Run-time error '13':";
+            expected[{"Date", bad.name}] = "The date entered is not a valid date. Please change the date.";
     for (const char* bad : {"empty", "blanks only", "a quote", "a bracket", "300 characters", "text in a number field"})
         expected[{"Km", bad}] = "Fill in the kilometers";
     holdAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, edit), expected);
