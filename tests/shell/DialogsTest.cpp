@@ -43,18 +43,16 @@ TEST(OptionDialog, ClickingAnOptionAnswersItsIndexAndLeavesItInDialogOption) {
     EXPECT_FALSE(thirdShown);
 }
 
-TEST(OptionDialog, CancelAndTheCloseBoxBothAnswerMinusOne) {
-    OnNextModal([](QWidget* w) { QTest::mouseClick(optionForm(w)->cmdCancel, Qt::LeftButton); });
-    EXPECT_EQ(ShowOptions("t", "a", "b", "c"), -1);
-    EXPECT_EQ(DialogOption, -1);
-
-    DialogOption = 7;
-    OnNextModal([](QWidget* w) { w->close(); });
-    EXPECT_EQ(ShowOptions("t", "a", "b", "c"), -1);
-    EXPECT_EQ(DialogOption, -1);
-
-    OnNextModal([](QWidget* w) { QTest::keyClick(w, Qt::Key_Escape); });
-    EXPECT_EQ(ShowOptions("t", "a", "b"), -1);
+TEST(OptionDialog, CancelTheCloseBoxAndEscapeAllAnswerMinusOne) {
+    const std::function<void(QWidget*)> ways[] = {
+        [](QWidget* w) { QTest::mouseClick(optionForm(w)->cmdCancel, Qt::LeftButton); }, [](QWidget* w) { w->close(); },
+        [](QWidget* w) { QTest::keyClick(w, Qt::Key_Escape); }};
+    for (const auto& way : ways) {
+        DialogOption = 7;
+        OnNextModal(way);
+        EXPECT_EQ(ShowOptions("t", "a", "b", "c"), -1);
+        EXPECT_EQ(DialogOption, -1);
+    }
 }
 
 TEST(OptionDialog, TextsAreCutAt70AndTheDefaultIsBroughtIntoRange) {
@@ -92,61 +90,32 @@ TEST(OptionDialog, TextsAreCutAt70AndTheDefaultIsBroughtIntoRange) {
     }
 }
 
-TEST(OptionDialog, HelpButtonOnlyWithHelpTextWhichIsItsToolTip) {
-    bool shown = false;
-    QString tip;
-    OnNextModal([&](QWidget* w) {
-        auto* form = optionForm(w);
-        shown = !form->cmdQuestion->isHidden();
-        tip = form->cmdQuestion->toolTip();
-        w->close();
-    });
-    clsOptionDialog dialog;
-    dialog.ShowDialog(nullptr, "a", "b", "", -1, 0, false, 2500, 1500, "T", "Pick one of the two");
-    EXPECT_TRUE(shown);
-    EXPECT_EQ(tip, "Pick one of the two");
-
-    OnNextModal([&](QWidget* w) {
-        shown = !optionForm(w)->cmdQuestion->isHidden();
-        w->close();
-    });
-    EXPECT_EQ(ShowOptions("t", "a", "b"), -1);
-    EXPECT_FALSE(shown);
-}
-
-TEST(InputDialog, TypedTextComesBackAndStandsInDialogText) {
-    QString prompt;
-    OnNextModal([&](QWidget* w) {
-        auto* form = inputForm(w);
-        prompt = form->lblMsg->text();
-        QTest::keyClicks(form->txtMsg[0], "Jan Smit");
-        QTest::mouseClick(form->cmdCloseDialog, Qt::LeftButton);
-    });
-    EXPECT_EQ(ShowInput("Add  Driver Name 50 characters max."), "Jan Smit");
-    EXPECT_EQ(DialogText, "Jan Smit");
-    EXPECT_EQ(prompt, "Add  Driver Name 50 characters max.");
-}
-
-TEST(InputDialog, BlanksAndCancelMeanNothingWhileTheCloseBoxSendsTheField) {
-    OnNextModal([](QWidget* w) {
-        QTest::keyClicks(inputForm(w)->txtMsg[0], "   ");
-        QTest::mouseClick(inputForm(w)->cmdCloseDialog, Qt::LeftButton);
-    });
-    EXPECT_EQ(ShowInput("p"), "");
-
-    OnNextModal([](QWidget* w) {
-        QTest::keyClicks(inputForm(w)->txtMsg[0], "Diesel");
-        QTest::mouseClick(inputForm(w)->cmdCancel, Qt::LeftButton);
-    });
-    EXPECT_EQ(ShowInput("p"), "");
-    EXPECT_EQ(DialogText, "");
-
-    // The close box sends what stands in the field, as closing the form does.
-    OnNextModal([](QWidget* w) {
-        QTest::keyClicks(inputForm(w)->txtMsg[0], "Petrol");
-        w->close();
-    });
-    EXPECT_EQ(ShowInput("p"), "Petrol");
+TEST(InputDialog, TypedTextComesBackWhileBlanksAndCancelMeanNothing) {
+    struct Case {
+        const char* name;
+        const char* typed;
+        int how; // 0: OK, 1: Cancel, 2: the close box, which sends what stands in the field
+        const char* answer;
+    };
+    const Case cases[] = {{"typed", "Jan Smit", 0, "Jan Smit"},
+                          {"blanks", "   ", 0, ""},
+                          {"cancel", "Diesel", 1, ""},
+                          {"close box", "Petrol", 2, "Petrol"}};
+    for (const Case& c : cases) {
+        QString prompt;
+        OnNextModal([&](QWidget* w) {
+            auto* form = inputForm(w);
+            prompt = form->lblMsg->text();
+            QTest::keyClicks(form->txtMsg[0], c.typed);
+            if (c.how == 2)
+                w->close();
+            else
+                QTest::mouseClick(c.how == 0 ? form->cmdCloseDialog : form->cmdCancel, Qt::LeftButton);
+        });
+        EXPECT_EQ(ShowInput("Add  Driver Name 50 characters max."), c.answer) << c.name;
+        EXPECT_EQ(DialogText, c.answer) << c.name;
+        EXPECT_EQ(prompt, "Add  Driver Name 50 characters max.") << c.name;
+    }
 }
 
 TEST(InputDialog, StartTextLimitCheckBoxAndCommaCut) {

@@ -81,13 +81,6 @@ TEST(KeyFilters, RoutinesReportGoodKeysAndCancelAsTheyShould) {
     }
 }
 
-TEST(KeyFilters, DigitsFieldDropsWhatIsNoDigitAndASecondFullStop) {
-    Form form(1);
-    AttachDigitsFilter(form.edits[0], true);
-    QTest::keyClicks(form.edits[0], "R1 250.00.5");
-    EXPECT_EQ(form.edits[0]->text(), "1250.005");
-}
-
 TEST(InputBehaviour, EnterMovesFocusOnAndSelectsTheNextFieldsText) {
     Form form(3);
     for (QLineEdit* e : form.edits) {
@@ -103,15 +96,6 @@ TEST(InputBehaviour, EnterMovesFocusOnAndSelectsTheNextFieldsText) {
     EXPECT_EQ(form.edits[1]->selectedText(), "Toyota Hilux");
     QTest::keyClick(form.edits[1], Qt::Key_Enter);
     EXPECT_TRUE(form.edits[2]->hasFocus());
-}
-
-TEST(InputBehaviour, SelectOnFocusSelectsFromTheStartIndexToTheEnd) {
-    QLineEdit field;
-    field.setText("abcdef");
-    SelectOnFocus(&field, 2);
-    EXPECT_EQ(field.selectedText(), "cdef");
-    SelectOnFocus(&field, -3);
-    EXPECT_EQ(field.selectedText(), "abcdef");
 }
 
 TEST(InputBehaviour, FocusTurnsTheCaptionRedAndLeavingTurnsItBlack) {

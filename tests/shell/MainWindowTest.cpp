@@ -123,13 +123,6 @@ TEST_F(MainWindowTest, StartUpOpensTheVehiclesSectionAsAClickDoes) {
     EXPECT_EQ(window->dtpCDate->date(), QDate(2000, 1, 1));
 }
 
-TEST_F(MainWindowTest, StartUpWithoutTheVehicleScreenStillBuildsTheSection) {
-    start(); // nothing registered: the section opens no screen
-    EXPECT_EQ(session.CurrentSection, 3);
-    EXPECT_TRUE(OpenForms().isEmpty());
-    EXPECT_EQ(window->TreeView1->topLevelItem(0)->text(0), "Vehicle & Fuel");
-}
-
 TEST_F(MainWindowTest, ASecondStartIsRefusedBeforeTheStoreIsTouched) {
     start();
     Session second;
@@ -318,23 +311,6 @@ TEST_F(MainWindowTest, AMouseClickOnAnEntryActsOnTheReleaseOfTheButton) {
     ASSERT_EQ(requests.size(), 1u);
     EXPECT_EQ(requests[0].name, "frmTank");
     EXPECT_EQ(OpenForms(), QStringList({"frmTank"}));
-}
-
-TEST_F(MainWindowTest, ARootOfTheReportsTreeOnlyOpensAndCloses) {
-    registerRecorders();
-    start();
-    window->Label1_Click(5);
-    settle();
-    QTreeWidgetItem* vehicles = window->TreeView1->topLevelItem(0);
-    ASSERT_EQ(vehicles->text(0), "Vehicles");
-    EXPECT_EQ(window->TreeView1->topLevelItemCount(), 4);
-    EXPECT_EQ(window->TreeView1->topLevelItem(3)->childCount(), 11);
-    clickNode("Vehicles");
-    EXPECT_TRUE(vehicles->isExpanded());
-    EXPECT_TRUE(requests.empty());
-    clickNode("Vehicles");
-    EXPECT_FALSE(vehicles->isExpanded());
-    EXPECT_EQ(OpenForms(), QStringList({"frmVerslae"}));
 }
 
 TEST_F(MainWindowTest, TheReminderCheckOpensTheScreenOnlyWhenSomethingIsDue) {

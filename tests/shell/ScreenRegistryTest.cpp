@@ -32,14 +32,6 @@ protected:
 
 } // namespace
 
-TEST_F(ScreenRegistryTest, AnUnregisteredNameOpensNothing) {
-    EXPECT_FALSE(IsScreenRegistered("frmVoerk"));
-    EXPECT_EQ(ShowScreen("frmVoerk", false), nullptr);
-    EXPECT_EQ(ShowScreen("frmVoerk", true), nullptr);
-    EXPECT_TRUE(area.subWindowList().isEmpty());
-    EXPECT_TRUE(OpenForms().isEmpty());
-}
-
 TEST_F(ScreenRegistryTest, ANormalShowIsOneMdiChildPerFormName) {
     int made = 0;
     RegisterScreen("frmTank", [&](QWidget* parent) {
