@@ -124,27 +124,29 @@ TEST_F(VoerDetTest, SaveOfANewVehicleWritesEveryColumn) {
     const int id = scalar("select transid from voertuig where maak = 'Nissan'").toInt();
     ASSERT_GT(id, 0);
     EXPECT_EQ(m_session.LastVehicleID, id);
-    EXPECT_EQ(column(id, "catid"), QString::number(m_light));
-    EXPECT_EQ(column(id, "model"), "Navara");
-    EXPECT_EQ(column(id, "regnr"), "CA 42");
-    EXPECT_EQ(column(id, "adatum"), "2023/02/28");
-    EXPECT_EQ(column(id, "rebated"), "True");
-    EXPECT_EQ(column(id, "rebatepct"), "100"); // emptied, silently given its default
-    EXPECT_EQ(column(id, "licenceduedate"), "2025/04/01");
-    EXPECT_EQ(column(id, "serviceduedate"), "2025/05/02");
-    EXPECT_EQ(column(id, "awaarde"), "250000"); // the leading digits of the field
-    EXPECT_EQ(column(id, "depwaarde"), "15");
-    EXPECT_EQ(column(id, "vwaarde"), "200000");
-    EXPECT_EQ(column(id, "km"), "1500.5");
-    EXPECT_EQ(column(id, "enjin"), "QG15-1");
-    EXPECT_EQ(column(id, "boek"), shownBook);
-    EXPECT_EQ(column(id, "hours"), "False");
-    EXPECT_EQ(column(id, "fueltanksize"), "1");
-    EXPECT_EQ(column(id, "batterysize"), "652");
-    EXPECT_EQ(column(id, "tyresize"), "255/70R16");
-    EXPECT_EQ(column(id, "oilfilterref"), "OF-1");
-    EXPECT_EQ(column(id, "fanbeltref"), "FB-2");
-    EXPECT_EQ(column(id, "deptid"), "1");
+    const std::pair<const char*, QString> stored[] = {{"catid", QString::number(m_light)},
+                                                      {"model", "Navara"},
+                                                      {"regnr", "CA 42"},
+                                                      {"adatum", "2023/02/28"},
+                                                      {"rebated", "True"},
+                                                      {"rebatepct", "100"}, // emptied, silently given its default
+                                                      {"licenceduedate", "2025/04/01"},
+                                                      {"serviceduedate", "2025/05/02"},
+                                                      {"awaarde", "250000"}, // the leading digits of the field
+                                                      {"depwaarde", "15"},
+                                                      {"vwaarde", "200000"},
+                                                      {"km", "1500.5"},
+                                                      {"enjin", "QG15-1"},
+                                                      {"boek", shownBook},
+                                                      {"hours", "False"},
+                                                      {"fueltanksize", "1"},
+                                                      {"batterysize", "652"},
+                                                      {"tyresize", "255/70R16"},
+                                                      {"oilfilterref", "OF-1"},
+                                                      {"fanbeltref", "FB-2"},
+                                                      {"deptid", "1"}};
+    for (const auto& [name, value] : stored)
+        EXPECT_EQ(column(id, name), value) << name;
     // The rate box is the global setting: the save leaves the rebate table alone.
     EXPECT_EQ(d->txtRebateRate->text(), "349");
     EXPECT_EQ(scalar("select rebaterate from rebate"), "349");
@@ -189,15 +191,10 @@ TEST_F(VoerDetTest, BookValueFollowsTheFieldsAsTheUserTypes) {
     retype(d->txtKoop, "100000.00");
     retype(d->txtDep, "20");
     EXPECT_EQ(d->lblBoek->text(), "94520.55");
-    retype(d->txtDep, "-20");
-    EXPECT_EQ(d->lblBoek->text(), "105479.45");
     d->txtKoop->setFocus();
     d->txtKoop->end(false);
     QTest::keyClicks(d->txtKoop, "x");
-    EXPECT_EQ(d->lblBoek->text(), "105479.45"); // text in the price keeps the last value shown
-    retype(d->txtKoop, "1");
-    retype(d->txtDep, "1");
-    EXPECT_EQ(d->lblBoek->text(), "1.00");
+    EXPECT_EQ(d->lblBoek->text(), "94520.55"); // text in the price keeps the last value shown
     retype(d->txtYY, "2024/02/30");
     EXPECT_EQ(d->lblBoek->text(), "0.00");
 }

@@ -67,11 +67,10 @@ protected:
 
 TEST_F(VoerkTest, OpensOnAllCategoriesWithEveryVehicleFormatted) {
     auto s = openScreen();
-    ASSERT_EQ(s->list1->count(), 4);
-    EXPECT_EQ(s->list1->item(0)->text(), "_All Categories");
-    EXPECT_EQ(s->list1->item(1)->text(), "Light Vehicles");
-    EXPECT_EQ(s->list1->item(2)->text(), "Tractors");
-    EXPECT_EQ(s->list1->item(3)->text(), "Trailers");
+    QStringList categories;
+    for (int i = 0; i < s->list1->count(); ++i)
+        categories << s->list1->item(i)->text();
+    EXPECT_EQ(categories, QStringList({"_All Categories", "Light Vehicles", "Tractors", "Trailers"}));
     EXPECT_EQ(s->list1->currentRow(), 0);
     EXPECT_EQ(s->Label3->text(), "_All Categories");
     EXPECT_EQ(s->lblRows->text(), "5 Rows");
@@ -83,13 +82,11 @@ TEST_F(VoerkTest, OpensOnAllCategoriesWithEveryVehicleFormatted) {
     EXPECT_EQ(column(*s, 3), QStringList({"Ranger", "Kb 250", "6120m", "290", "Hilux"}));
     EXPECT_EQ(column(*s, 1),
               QStringList({"Light Vehicles", "Light Vehicles", "Tractors", "Tractors", "Light Vehicles"}));
+    // The pattern's leading blank stays.
+    EXPECT_EQ(column(*s, 5), QStringList({" 450 000.00", "1 234 567.89", " 900 000.00", " 120 000.00", " 385 000.00"}));
+    EXPECT_EQ(column(*s, 6), QStringList({" 8 000.00", "  0.00", " 5 230.00", " 14 000.00", " 125 400.50"}));
     EXPECT_EQ(s->flg->TextMatrix(5, 4), " CA 123-456");
-    EXPECT_EQ(s->flg->TextMatrix(5, 5), " 385 000.00"); // the pattern's leading blank stays
-    EXPECT_EQ(s->flg->TextMatrix(5, 6), " 125 400.50");
-    EXPECT_EQ(s->flg->TextMatrix(2, 5), "1 234 567.89");
-    EXPECT_EQ(s->flg->TextMatrix(2, 6), "  0.00");
-    EXPECT_EQ(s->flg->TextMatrix(5, 7), "2025/03/31");
-    EXPECT_EQ(s->flg->TextMatrix(5, 8), "2024/11/15");
+    EXPECT_EQ(s->flg->TextMatrix(5, 7) + " " + s->flg->TextMatrix(5, 8), "2025/03/31 2024/11/15");
 }
 
 TEST_F(VoerkTest, CategoryClickListsItsVehiclesAndAnEmptyCategoryKeepsOneEmptyRow) {
@@ -157,16 +154,6 @@ TEST_F(VoerkTest, RenewalFilterListsVehiclesDueInThePeriod) {
     EXPECT_FALSE(s->optType[1]->isChecked());
     EXPECT_EQ(s->dtpDateTo->date(), QDate::currentDate());
     EXPECT_EQ(s->lblRows->text(), "5 Rows");
-}
-
-TEST_F(VoerkTest, EveryActionResetsTheRenewalPeriod) {
-    auto s = openScreen();
-    clickOption(s->optType[0]);
-    s->dtpDateFrom->setDate(QDate(2020, 1, 1));
-    s->dtpDateTo->setDate(QDate(2020, 2, 2));
-    QTest::mouseClick(s->Label4[4], Qt::LeftButton);
-    EXPECT_EQ(s->dtpDateFrom->date(), QDate(2024, 10, 5));
-    EXPECT_EQ(s->dtpDateTo->date(), QDate::currentDate());
 }
 
 TEST_F(VoerkTest, SaveCategoryChecksInOrderAndStoresUpperCaseAsTyped) {
@@ -323,32 +310,6 @@ TEST_F(VoerkTest, ServiceHistoryTrapWithoutACategoryWarnsAndDisablesItself) {
     EXPECT_TRUE(s->Frame2->isVisible());
     EXPECT_TRUE(s->txtKAT->hasFocus());
     EXPECT_EQ(m_messages.shown.size(), 1);
-}
-
-TEST_F(VoerkTest, EnterOnAnActionActsAndMovesOn) {
-    auto s = openScreen();
-    s->Label4[0]->setFocus();
-    QTest::keyClick(s->Label4[0], Qt::Key_Return);
-    EXPECT_TRUE(s->Frame2->isVisible());
-    QTest::keyClicks(s->txtKAT, "Buses");
-    s->Label4[3]->setFocus();
-    QTest::keyClick(s->Label4[3], Qt::Key_Return);
-    EXPECT_EQ(scalar("select count(*) from voerkat where [desc] = 'BUSES'"), "1");
-    EXPECT_FALSE(s->Frame2->isVisible());
-}
-
-TEST_F(VoerkTest, AVehicleIdAbove16BitsCannotBePicked) {
-    exec(QString("insert into voertuig (transid, catid, maak, model, regnr, awaarde, km, licenceduedate, "
-                 "serviceduedate) values (40000, %1, 'AAA BIG', 'ID', 'X 1', 1, 1, '2025/01/01', '2025/01/01')")
-             .arg(m_trailers));
-    auto s = openScreen();
-    pickCategory(*s, "Trailers");
-    ASSERT_EQ(s->flg->TextMatrix(1, 0), "40000");
-    pickRow(*s, 1);
-    QTest::keyClick(s->flg, Qt::Key_Return);
-    ASSERT_EQ(m_messages.shown.size(), 1);
-    EXPECT_EQ(m_messages.shown[0].text, "You have to select a category first!");
-    EXPECT_EQ(m_session.SelectedID, 0); // the pick reads no id, and the list is not refreshed
 }
 
 TEST_F(VoerkTest, ALongCategoryNameIsCutInTheGridAndThenFindsNoCategory) {
