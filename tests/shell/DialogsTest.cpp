@@ -72,22 +72,6 @@ TEST(OptionDialog, TextsAreCutAt70AndTheDefaultIsBroughtIntoRange) {
     EXPECT_EQ(shown, QString(70, 'x'));
     EXPECT_EQ(checked, 2); // a default above 2 becomes 2
     EXPECT_EQ(dialog.DialogReponse(), 2);
-
-    // Two options: a default above 1 (also one above 65534) becomes 1.
-    for (int requested : {2, 70000}) {
-        checked = -1;
-        OnNextModal([&](QWidget* w) {
-            auto* form = optionForm(w);
-            for (int i = 0; i < 3; ++i)
-                if (form->Option1[i]->isChecked())
-                    checked = i;
-            w->close();
-        });
-        clsOptionDialog two;
-        two.ShowDialog(nullptr, "a", "b", QString(), requested, 0, false, 2500, 1500, "T", QString());
-        EXPECT_EQ(checked, 1) << requested;
-        EXPECT_EQ(two.DialogReponse(), -1);
-    }
 }
 
 TEST(InputDialog, TypedTextComesBackWhileBlanksAndCancelMeanNothing) {
@@ -139,40 +123,4 @@ TEST(InputDialog, StartTextLimitCheckBoxAndCommaCut) {
     });
     EXPECT_EQ(ShowInput("p", "", 0, "", false, true), "one,two");
     EXPECT_EQ(DialogText, "one,two");
-}
-
-TEST(InputDialog, TwoFieldsJoinWithCommaLabelsCutAndMask) {
-    OnNextModal([](QWidget* w) {
-        auto* form = inputForm(w);
-        EXPECT_FALSE(form->txtMsg[1]->isHidden()); // a field count of 5 is taken as 2
-        EXPECT_EQ(form->Label1[0]->text(), QString(20, 'L'));
-        EXPECT_EQ(form->chk->text(), QString(30, 'C'));
-        EXPECT_EQ(form->txtMsg[0]->echoMode(), QLineEdit::Password);
-        QTest::keyClicks(form->txtMsg[0], "user");
-        // Enter moves on to the second field instead of closing.
-        QTest::keyClick(form->txtMsg[0], Qt::Key_Return);
-        EXPECT_TRUE(form->isVisible());
-        EXPECT_TRUE(form->txtMsg[1]->hasFocus());
-        QTest::keyClicks(form->txtMsg[1], "secret");
-        QTest::mousePress(form->cmdPwd[1], Qt::LeftButton);
-        EXPECT_EQ(form->txtMsg[1]->echoMode(), QLineEdit::Normal);
-        QTest::mouseRelease(form->cmdPwd[1], Qt::LeftButton);
-        EXPECT_EQ(form->txtMsg[1]->echoMode(), QLineEdit::Password);
-        QTest::mouseClick(form->cmdCloseDialog, Qt::LeftButton);
-    });
-    clsInputDialog dialog;
-    dialog.ShowDialog(nullptr, "Login", 5, QString(25, 'L'), "Password", true, QString(40, 'C'), 4000, 2000);
-    EXPECT_EQ(dialog.GetText(), "user,secret|0");
-
-    // One field: the second is hidden and a blank second field plays no part.
-    OnNextModal([](QWidget* w) {
-        auto* form = inputForm(w);
-        EXPECT_TRUE(form->txtMsg[1]->isHidden());
-        EXPECT_TRUE(form->chk->isHidden());
-        QTest::keyClicks(form->txtMsg[0], "solo");
-        QTest::mouseClick(form->cmdCloseDialog, Qt::LeftButton);
-    });
-    clsInputDialog one;
-    one.ShowDialog(nullptr, "t", 1, "Name", "", false, "", 4000, 2000);
-    EXPECT_EQ(one.GetText(), "solo");
 }

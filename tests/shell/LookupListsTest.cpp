@@ -6,6 +6,7 @@
 #include "Dialogs.h"
 #include "ScriptedMessageService.h"
 #include "Session.h"
+#include "ShellTestUtil.h"
 #include "StoreStartup.h"
 #include "TempHome.h"
 
@@ -36,19 +37,11 @@ struct DialogSeen {
 
 // Acts on the next modal dialog of the given form once it is up; a dialog that never comes fails the test
 // and whatever stands in its place is closed, so that nothing waits for ever.
-template <typename Form> void WhenShown(std::function<void(Form*)> act, int triesLeft = 300) {
-    QTimer::singleShot(10, [=] {
-        if (auto* form = qobject_cast<Form*>(QApplication::activeModalWidget())) {
-            act(form);
-            return;
-        }
-        if (triesLeft > 0) {
-            WhenShown<Form>(act, triesLeft - 1);
-            return;
-        }
-        ADD_FAILURE() << "the expected dialog did not open";
-        if (QWidget* other = QApplication::activeModalWidget())
-            other->close();
+template <typename Form> void WhenShown(std::function<void(Form*)> act) {
+    OnNextModal([act](QWidget* w) {
+        auto* form = qobject_cast<Form*>(w);
+        ASSERT_NE(form, nullptr) << "another dialog than the expected one";
+        act(form);
     });
 }
 
@@ -159,18 +152,6 @@ TEST_F(LookupLists, AddRefusesAnExistingNameCaseBlind) {
     TypeIntoNextInput("");
     EditDepartment(kAddName, &m_combo, [&] { LaaiDepartments(&m_combo); });
     EXPECT_EQ(scalar("select count(*) from departments"), "2");
-}
-
-TEST_F(LookupLists, AQuoteBreaksOnlyTheDuplicateLookUp) {
-    LaaiDepartments(&m_combo);
-    TypeIntoNextInput("O'Brien's");
-    EditDepartment(kAddName, &m_combo, [&] { LaaiDepartments(&m_combo); });
-    EXPECT_EQ(scalar("select count(*) from departments where description = 'O''Brien''s'"), "1");
-    // The broken look-up reads as "not found", so the same name goes in a second time.
-    TypeIntoNextInput("O'Brien's");
-    EditDepartment(kAddName, &m_combo, [&] { LaaiDepartments(&m_combo); });
-    EXPECT_EQ(scalar("select count(*) from departments where description = 'O''Brien''s'"), "2");
-    EXPECT_TRUE(m_messages.shown.isEmpty());
 }
 
 TEST_F(LookupLists, NamesInUseAreNotDeleted) {

@@ -283,36 +283,6 @@ TEST_F(MainWindowTest, SectionsSetTheirNumberAndScreen) {
     EXPECT_EQ(OpenForms(), QStringList({"frmVoerk"}));
 }
 
-TEST_F(MainWindowTest, AMouseClickOnAnEntryActsOnTheReleaseOfTheButton) {
-    registerRecorders();
-    start();
-    window->show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
-    QTreeWidgetItem* root = window->TreeView1->topLevelItem(0);
-    QTest::mouseClick(window->TreeView1->viewport(), Qt::LeftButton, {},
-                      window->TreeView1->visualItemRect(root).center());
-    settle();
-    ASSERT_TRUE(root->isExpanded());
-    requests.clear();
-    QTreeWidgetItem* purchases = root->child(2);
-    ASSERT_EQ(purchases->text(0), "Fuel Purchases");
-    QTest::mouseClick(window->TreeView1->viewport(), Qt::LeftButton, {},
-                      window->TreeView1->visualItemRect(purchases).center());
-    settle();
-    ASSERT_EQ(requests.size(), 1u);
-    EXPECT_EQ(requests[0].name, "frmTank");
-    EXPECT_EQ(window->SelectedNode, purchases);
-    // A release on the empty part of the tree acts on the last entry clicked again.
-    requests.clear();
-    const QPoint empty(10, window->TreeView1->viewport()->height() - 5);
-    ASSERT_EQ(window->TreeView1->itemAt(empty), nullptr);
-    QTest::mouseClick(window->TreeView1->viewport(), Qt::LeftButton, {}, empty);
-    settle();
-    ASSERT_EQ(requests.size(), 1u);
-    EXPECT_EQ(requests[0].name, "frmTank");
-    EXPECT_EQ(OpenForms(), QStringList({"frmTank"}));
-}
-
 TEST_F(MainWindowTest, TheReminderCheckOpensTheScreenOnlyWhenSomethingIsDue) {
     registerRecorders();
     QStringList kinds;

@@ -64,18 +64,6 @@ TEST_F(ScreenRegistryTest, ANormalShowIsOneMdiChildPerFormName) {
     EXPECT_TRUE(area.subWindowList().isEmpty());
 }
 
-TEST_F(ScreenRegistryTest, AFormThatRefusesToCloseStaysLoaded) {
-    class Stubborn : public QWidget {
-    public:
-        using QWidget::QWidget;
-        void closeEvent(QCloseEvent* e) override { e->ignore(); }
-    };
-    RegisterScreen("frmFuel", [](QWidget* parent) { return new Stubborn(parent); });
-    ShowScreen("frmFuel", false);
-    UnloadForm("frmFuel");
-    EXPECT_EQ(OpenForms(), QStringList({"frmFuel"}));
-}
-
 TEST_F(ScreenRegistryTest, AModalShowRunsTheDialogAndUnloadsItAfter) {
     RegisterScreen("frmRebate", [](QWidget* parent) { return new QDialog(parent); });
     RegisterScreen("frmPDP", [](QWidget* parent) { return new QWidget(parent); }); // a plain form
