@@ -3,7 +3,6 @@
 #include "frmVoerk.h"
 #include "BadText.h"
 #include "FlexGrid.h"
-#include "Vb.h"
 #include "VehicleTestStore.h"
 #include "frmVoerDet.h"
 
@@ -294,37 +293,6 @@ TEST_F(VoerkTest, AddVehicleOpensTheDetailWithStartValuesOfTheCategory) {
     EXPECT_EQ(scalar("select catid from voertuig where maak = 'Landini'"), QString::number(m_tractors));
     EXPECT_EQ(scalar("select hours from voertuig where maak = 'Landini'"), "True");
     EXPECT_EQ(s->lblRows->text(), "3 Rows");
-}
-
-TEST_F(VoerkTest, ServiceHistoryTrapWithoutACategoryWarnsAndDisablesItself) {
-    auto s = openScreen();
-    s->Label4[5]->setFocus();
-    QTest::keyClick(s->Label4[5], Qt::Key_Tab);
-    ASSERT_EQ(m_messages.shown.size(), 1);
-    EXPECT_EQ(m_messages.shown[0].text, "You have to select a category first!");
-    EXPECT_FALSE(s->Text1->isEnabled());
-
-    // The next trap starts a new category; focus coming back to the screen springs none.
-    s->Label4[5]->setFocus();
-    QTest::keyClick(s->Label4[5], Qt::Key_Tab);
-    EXPECT_TRUE(s->Frame2->isVisible());
-    EXPECT_TRUE(s->txtKAT->hasFocus());
-    EXPECT_EQ(m_messages.shown.size(), 1);
-}
-
-TEST_F(VoerkTest, ALongCategoryNameIsCutInTheGridAndThenFindsNoCategory) {
-    const QString name = QString("LONG CATEGORY ").repeated(5); // 70 characters
-    exec("insert into voerkat ([desc], hours) values ('" + name + "', 0)");
-    const int cat = scalar("select transid from voerkat where [desc] like 'LONG*'").toInt();
-    addVehicle(cat, "SOLO", "ONE", "S 1", 10, 10, "2025/01/01", "2025/01/01");
-    auto s = openScreen();
-    pickCategory(*s, vb::ProperCase(name));
-    ASSERT_EQ(s->flg->TextMatrix(1, 2), "Solo");
-    EXPECT_EQ(s->flg->TextMatrix(1, 1), vb::ProperCase(name.trimmed()).left(50));
-    pickRow(*s, 1);
-    WhenModalOpens([](QWidget* modal) { static_cast<QDialog*>(modal)->reject(); });
-    QTest::keyClick(s->flg, Qt::Key_Return);
-    EXPECT_EQ(m_session.SelectedCatID, 0);
 }
 
 // The category list as the mouse works it: a click on the category already selected reloads as every click does,
