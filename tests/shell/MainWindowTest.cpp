@@ -236,22 +236,6 @@ TEST_F(MainWindowTest, EntriesThatCloseTheOpenScreensFirstAndThoseThatDoNot) {
     EXPECT_EQ(OpenForms(), QStringList({"frmowner", "frmBackup"}));
 }
 
-TEST_F(MainWindowTest, FeaturesRebuildsTheTreeAndOpensNothing) {
-    registerRecorders();
-    start();
-    requests.clear();
-    window->Label1_Click(7);
-    settle();
-    EXPECT_TRUE(requests.empty());
-    EXPECT_EQ(session.CurrentSection, 3); // left as it was
-    EXPECT_TRUE(OpenForms().isEmpty());   // all children closed
-    EXPECT_EQ(treeTexts(), QStringList({"Features=", "Vehicle Reminders=FeaturesList", "Employee PDP=FeaturesPDP",
-                                        "Rebates=FeaturesRebate"}));
-    clickNode("Features"); // the root does nothing but open
-    EXPECT_TRUE(requests.empty());
-    EXPECT_TRUE(window->TreeView1->topLevelItem(0)->isExpanded());
-}
-
 TEST_F(MainWindowTest, SectionsSetTheirNumberAndScreen) {
     registerRecorders();
     start();
@@ -283,40 +267,6 @@ TEST_F(MainWindowTest, SectionsSetTheirNumberAndScreen) {
     EXPECT_EQ(OpenForms(), QStringList({"frmVoerk"}));
 }
 
-TEST_F(MainWindowTest, TheReminderCheckOpensTheScreenOnlyWhenSomethingIsDue) {
-    registerRecorders();
-    QStringList kinds;
-    // A stand-in builder: vehicles find a row, permits none.
-    SetReminderSqlBuilder([&](const QString& dateText, int back, int ahead, bool both, bool licence, bool headings) {
-        EXPECT_EQ(dateText, QDate::currentDate().toString("yyyy/MM/dd"));
-        EXPECT_EQ(back, 0);
-        EXPECT_EQ(ahead, 0);
-        EXPECT_TRUE(both);
-        EXPECT_TRUE(licence);
-        EXPECT_FALSE(headings);
-        kinds << CurrentSession().ReminderKind;
-        return CurrentSession().ReminderKind == "vehicle" ? QString("select * from tblTeDate where 1=1 or 1=0")
-                                                          : QString("select * from tblTeDate where 1=0");
-    });
-    // The first check needs a row: put the closing date row in place before the start.
-    {
-        session.home = home.path();
-        OpenSessionStore(session);
-        CreateVersionTable(*session.db);
-        CheckVersion(*session.db);
-        session.ClosedDate = QDateTime(QDate(2001, 1, 1), QTime(0, 0));
-        SaveClosedDate(session);
-        session.db.reset();
-    }
-    start();
-    EXPECT_EQ(kinds, QStringList({"vehicle", "pdp"}));
-    ASSERT_EQ(requests.size(), 2u);
-    EXPECT_EQ(requests[0].name, "frmReminders");
-    EXPECT_TRUE(requests[0].modal);
-    EXPECT_EQ(requests[1].name, "frmVoerk");
-    EXPECT_EQ(window->ReminderSql, "select * from tblTeDate where 1=0");
-}
-
 TEST_F(MainWindowTest, ExitClosesTheScreensAndEndsTheRun) {
     registerRecorders();
     start();
@@ -330,19 +280,4 @@ TEST_F(MainWindowTest, ExitClosesTheScreensAndEndsTheRun) {
     EXPECT_EQ(session.db, nullptr); // closed by the repair step
     // The store that was repaired opens again with what was stored.
     EXPECT_NO_THROW(Database::Open(home.storeFile(), false));
-}
-
-TEST_F(MainWindowTest, AStoreWithoutTheOwnerTableStopsTheStartWithACriticalBox) {
-    {
-        session.home = home.path();
-        OpenSessionStore(session);
-        session.db->Execute("drop table owner");
-        session.db.reset();
-    }
-    window = std::make_unique<frmMain>();
-    EXPECT_FALSE(window->Startup());
-    ASSERT_EQ(messages.shown.size(), 1);
-    EXPECT_EQ(messages.shown[0].icon, MsgIcon::Critical);
-    EXPECT_EQ(messages.shown[0].title, "Orvel");
-    EXPECT_TRUE(messages.shown[0].text.startsWith("Run-time error '"));
 }
