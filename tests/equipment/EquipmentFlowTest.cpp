@@ -1,15 +1,10 @@
-// The equipment section reached from the main window, the stock take, the workbooks read back, and the demo
+// The stock take, the workbooks read back, and the demo
 // register's ledger.
 #include "EquipmentDemo.h"
-#include "EquipmentScreens.h"
 #include "EquipmentTestStore.h"
 #include "EquipmentWorkbooks.h"
 #include "FlexGrid.h"
-#include "ScreenRegistry.h"
-#include "frmEquipment.h"
-#include "frmEquipmentBookedout.h"
 #include "frmEquipmentStockTake.h"
-#include "frmMain.h"
 
 #include <QDateEdit>
 #include <QGroupBox>
@@ -24,14 +19,6 @@ namespace {
 
 class FlowTest : public EquipmentStoreTest {
 protected:
-    void SetUp() override {
-        EquipmentStoreTest::SetUp();
-        RegisterEquipmentScreens();
-    }
-    void TearDown() override {
-        UnregisterAllScreens();
-        EquipmentStoreTest::TearDown();
-    }
     void seed() {
         m_tools = addCategory("Tools");
         m_drill = addItem(m_tools, "Drill", 5, 50);
@@ -44,36 +31,6 @@ protected:
 };
 
 } // namespace
-
-TEST_F(FlowTest, SectionAndTreeOpenTheEquipmentScreensWithTheirContext) {
-    m_session.db.reset(); // the main window's start opens the store itself
-    frmMain window;
-    ASSERT_TRUE(window.Startup());
-    window.Label1_Click(3);
-    auto* list = qobject_cast<frmEquipment*>(FindForm("frmEquipment"));
-    ASSERT_NE(list, nullptr);
-    EXPECT_EQ(list->Label7->text(), "Equipment List");
-    EXPECT_EQ(m_session.CurrentSection, 4);
-
-    ASSERT_TRUE(window.ClickNode("Stock Book Out"));
-    list = qobject_cast<frmEquipment*>(FindForm("frmEquipment"));
-    ASSERT_NE(list, nullptr);
-    EXPECT_EQ(m_session.EquipmentMode, 2);
-    EXPECT_EQ(list->Label7->text(), "Book Out Equipment");
-    EXPECT_TRUE(list->fraItem->isHidden());
-
-    ASSERT_TRUE(window.ClickNode("Stock Book In"));
-    EXPECT_NE(FindForm("frmEquipmentBookedout"), nullptr);
-    EXPECT_EQ(FindForm("frmEquipment"), nullptr);
-    EXPECT_EQ(m_session.EquipmentMode, 4); // the list sets it on load
-
-    ASSERT_TRUE(window.ClickNode("Equipment"));
-    list = qobject_cast<frmEquipment*>(FindForm("frmEquipment"));
-    ASSERT_NE(list, nullptr);
-    EXPECT_EQ(m_session.EquipmentMode, 0);
-    EXPECT_FALSE(list->fraItem->isHidden());
-    window.UnloadChildForms();
-}
 
 TEST_F(FlowTest, StockTakePostsTheDifferencesAndBringsQuantitiesToTheCount) {
     seed();

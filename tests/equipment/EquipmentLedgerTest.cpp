@@ -81,21 +81,3 @@ TEST_F(LedgerTest, BookOutsAndBookInsKeepTheLedgerAndQuantityTogether) {
     EXPECT_EQ(number("select hoeveel from toerinv"), 10);
     EXPECT_TRUE(ledgerDisagreements().isEmpty()) << ledgerDisagreements().join("; ").toStdString();
 }
-
-TEST_F(LedgerTest, OpenListLookUpShowsTheRemainderAndKeepsTheSign) {
-    const int cat = addCategory("TOOLS");
-    const int item = addItem(cat, "drill press", 5000, 100);
-    const long long out = bookOut(cat, item, 1250, "jan", QDate(2024, 1, 2));
-    auto rs = db().OpenRecordset(BookOutRowSql(out, GetBookOutBalance(out), 0));
-    ASSERT_FALSE(rs->Eof());
-    EXPECT_EQ(rs->Field("item").toString(), "jan (1 250.00)");
-    EXPECT_EQ(rs->Field("qty").toDouble(), -1250);
-    EXPECT_EQ(rs->Field("Category").toString(), "Tools");
-    EXPECT_EQ(rs->Field("Equip").toString(), "Drill Press");
-    EXPECT_EQ(rs->Field("Date").toString(), "2024-01-02 00:00:00");
-    EXPECT_EQ(rs->Field("stocktakeid").toLong(), scalar("select max(id) from equipmentstocktake").toLong());
-    EXPECT_TRUE(db().OpenRecordset(BookOutRowSql(out, GetBookOutBalance(out), cat + 1))->Eof());
-    // The text the book-in reads back gives the same quantity.
-    EXPECT_EQ(ParseContextQuantity(BookInContext(out, "Drill Press", "jan ( 1 250.00)")).toDouble(), 1250);
-    EXPECT_EQ(scalar(OpenBookOutIdsSql()), QString::number(out));
-}

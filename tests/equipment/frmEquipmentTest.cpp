@@ -116,24 +116,6 @@ TEST_F(RegisterTest, CategoryDeleteAsksTwiceAndTakesLedgerItemsAndCategory) {
     EXPECT_EQ(scalar("select count(*) from toerkat where tid = " + QString::number(empty)), "0");
 }
 
-TEST_F(RegisterTest, CategoryDeleteStoppedHalfWayKeepsWhatWentFirst) {
-    // The item delete fails; the ledger rows deleted before it stay deleted.
-    ASSERT_EQ(sqlite3_exec(db().handle(),
-                           "create trigger stop_item before delete on toerinv begin select raise(abort, 'locked'); end",
-                           nullptr, nullptr, nullptr),
-              SQLITE_OK);
-    auto s = openScreen();
-    pick(*s, "Tools");
-    QTest::mouseClick(s->Label4[2], Qt::LeftButton);
-    ASSERT_FALSE(m_messages.shown.isEmpty());
-    EXPECT_EQ(m_messages.shown.last().icon, MsgIcon::Critical);
-    EXPECT_EQ(scalar("select count(*) from equipmenttrans where equipid in (" + QString::number(m_drill) + "," +
-                     QString::number(m_grinder) + ")"),
-              "0");
-    EXPECT_EQ(scalar("select count(*) from toerinv"), "3");
-    EXPECT_EQ(scalar("select count(*) from toerkat"), "2");
-}
-
 TEST_F(RegisterTest, CategorySaveChecksTheNameThenAddsAndEdits) {
     auto s = openScreen();
     QTest::mouseClick(s->Label4[0], Qt::LeftButton);
