@@ -189,25 +189,18 @@ TEST_F(VoerDiensTest, PrintedTransactionWithAndWithoutBreakdown) {
     WorkbookReader book;
     ASSERT_TRUE(book.open(newestWorkbook("Services"))) << qPrintable(book.error());
     const WbSheet* sheet = book.sheet(0);
-    EXPECT_EQ(sheet->text("A1"), "Service Detail");
-    EXPECT_EQ(sheet->text("A3"), "Vehicle");
-    EXPECT_EQ(sheet->text("B3"), "Toyota Hilux Ca 123-456");
-    EXPECT_EQ(sheet->text("A7"), "Reference");
+    const std::pair<const char*, const char*> texts[] = {
+        {"A1", "Service Detail"}, {"A3", "Vehicle"},         {"B3", "Toyota Hilux Ca 123-456"},
+        {"A7", "Reference"},      {"A12", "Cost Breakdown"}, {"A13", "Labour"},
+        {"A14", "Hours"},         {"A16", "Out Work"},       {"C17", "Cost"},
+        {"A18", "Acme"},          {"B18", "Machining"}};
+    for (const auto& [cell, text] : texts)
+        EXPECT_EQ(sheet->text(cell), text) << cell;
     EXPECT_EQ(sheet->number("B7"), 1);
     EXPECT_EQ(sheet->cell("B7")->style.numberFormat, "00000");
     EXPECT_EQ(sheet->cell("B10")->style.numberFormat, "### ### ##0.00");
-    EXPECT_EQ(sheet->number("B10"), 250);
-    EXPECT_EQ(sheet->text("A12"), "Cost Breakdown");
-    EXPECT_EQ(sheet->text("A13"), "Labour");
-    EXPECT_EQ(sheet->text("A14"), "Hours");
-    EXPECT_EQ(sheet->number("A15"), 2);
-    EXPECT_EQ(sheet->number("B15"), 200);
-    EXPECT_EQ(sheet->text("A16"), "Out Work");
-    EXPECT_EQ(sheet->text("C17"), "Cost");
-    EXPECT_EQ(sheet->text("A18"), "Acme");
-    EXPECT_EQ(sheet->text("B18"), "Machining");
-    EXPECT_EQ(sheet->number("C18"), 50);
-
+    EXPECT_EQ(QList<double>({sheet->number("B10"), sheet->number("A15"), sheet->number("B15"), sheet->number("C18")}),
+              QList<double>({250, 2, 200, 50}));
     exec("delete from vdiens_extra");
     click(s->lblcmd[9]);
     ASSERT_TRUE(book.open(newestWorkbook("Services")));
