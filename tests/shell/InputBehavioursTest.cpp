@@ -80,22 +80,6 @@ TEST(InputBehaviour, FocusTurnsTheCaptionRedAndLeavingTurnsItBlack) {
     EXPECT_EQ(form.labels[0]->palette().color(QPalette::WindowText), QColor(255, 0, 0));
 }
 
-TEST(ProperNameFilter, CapitalisesWordsAndRefusesADoubleBlank) {
-    Form form(1);
-    AttachProperNameFilter(form.edits[0]);
-    QLineEdit* f = form.edits[0];
-    QTest::keyClicks(f, " jan  van  der merwe");
-    EXPECT_EQ(f->text(), "Jan Van Der Merwe");
-    // Letters after the first of a word stay as typed, and the caret stays where the typing is.
-    f->clear();
-    QTest::keyClicks(f, "mcDONALD trucks");
-    EXPECT_EQ(f->text(), "McDONALD Trucks");
-    f->setCursorPosition(2);
-    QTest::keyClicks(f, "x");
-    EXPECT_EQ(f->text(), "McxDONALD Trucks");
-    EXPECT_EQ(f->cursorPosition(), 3);
-}
-
 TEST(DateEntry, ALetterEmptiesTheFieldAndDigitsStay) {
     Form form(3);
     DateEntry entry(form.edits[0], form.edits[1], form.edits[2]);

@@ -165,7 +165,6 @@ TEST_F(LookupLists, NamesInUseAreNotDeleted) {
     select(m_combo, "Stores");
     EditDepartment(kDeleteName, &m_combo, refill);
     EXPECT_EQ(m_messages.last(), "'Stores' is in use and cannot be deleted. Suggest change name");
-    EXPECT_EQ(m_messages.shown.size(), 2);
 
     select(m_combo, "Spare");
     EditDepartment(kDeleteName, &m_combo, refill);

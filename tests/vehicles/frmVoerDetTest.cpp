@@ -216,15 +216,6 @@ TEST_F(VoerDetTest, LeavingFieldsFillsDefaultsAndFormatsPrices) {
     EXPECT_EQ(d->txtRebateRate->text(), "389");
 }
 
-TEST_F(VoerDetTest, CancelAndEscapeCloseWithoutWriting) {
-    auto d = openNew(m_light);
-    QTest::keyClicks(d->txtMaak, "Nothing");
-    QTest::keyClick(d.get(), Qt::Key_Escape);
-    EXPECT_FALSE(d->isVisible());
-    EXPECT_EQ(scalar("select count(*) from voertuig where maak = 'Nothing'"), "0");
-    EXPECT_TRUE(m_messages.shown.isEmpty());
-}
-
 // Bad text in every field of the vehicle detail: a refusal names the field and writes nothing, or the vehicle is
 // saved with the text as its column holds it; never an error box.
 TEST_F(VoerDetTest, BadTextInEveryFieldIsRefusedOrStoredNeverAnError) {
