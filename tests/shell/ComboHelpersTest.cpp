@@ -4,7 +4,6 @@
 #include "ShellTestUtil.h"
 
 #include <QComboBox>
-#include <QListWidget>
 #include <gtest/gtest.h>
 
 namespace {
@@ -71,24 +70,4 @@ TEST_F(ComboHelpersTest, TanksWithBothPromptsOrNeitherAndNoPromptWithoutTanks) {
               GetScalar(db(), "select TransID from tanks where TankNaam = 'West Diesel'", "0").toInt());
     FillTankCombo(&combo, false);
     EXPECT_EQ(texts(combo), QStringList({"East Petrol", "West Diesel"}));
-}
-
-TEST(SelectedItems, ListOfSelectedIdsOrTextsAndSelectAll) {
-    QListWidget list;
-    list.setSelectionMode(QAbstractItemView::MultiSelection);
-    AddItemWithData(&list, "Tank A", 7);
-    AddItemWithData(&list, "Tank B", 12);
-    AddItemWithData(&list, "Tank C", 30);
-    EXPECT_EQ(SelectedItemsList(&list, false), "");
-    list.item(0)->setSelected(true);
-    list.item(2)->setSelected(true);
-    EXPECT_EQ(SelectedItemsList(&list, false), "7,30");
-    EXPECT_EQ(SelectedItemsList(&list, true), "Tank A,Tank C");
-
-    SetAllSelected(&list, true, 1);
-    EXPECT_EQ(SelectedItemsList(&list, false), "7,12,30");
-    EXPECT_EQ(list.currentRow(), 1);
-    SetAllSelected(&list, false, 0);
-    EXPECT_EQ(SelectedItemsList(&list, false), "");
-    EXPECT_EQ(list.currentRow(), 0);
 }
