@@ -203,20 +203,6 @@ TEST(CheckCommand, AHomeThatCannotBeMadeIsNamedWithItsCause) {
     EXPECT_TRUE(run.err.contains("Databases/' is not a valid path")) << run.err.toStdString();
 }
 
-// A new home in a read-only folder: the folder and the cause are named, and nothing is left behind.
-TEST(CheckCommand, AHomeOnAReadOnlyFolderIsNamedWithItsCause) {
-    QTemporaryDir root;
-    const QString parent = root.path() + "/shared";
-    ASSERT_TRUE(QDir().mkpath(parent));
-    MakeReadOnly(parent);
-    CommandRun run = RunCheck(parent + "/office");
-    MakeWritable(parent);
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_TRUE(run.err.contains(parent + "/office")) << run.err.toStdString();
-    EXPECT_TRUE(run.err.contains("cannot be made")) << run.err.toStdString();
-    EXPECT_FALSE(QFileInfo::exists(parent + "/office"));
-}
-
 namespace {
 
 // Runs the program under a limit on the size of the files it writes, as a full disk stands in the way.
