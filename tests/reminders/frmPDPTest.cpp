@@ -56,9 +56,7 @@ TEST_F(PdpTest, ChecksInOrderAndTextsAsTyped) {
     EXPECT_EQ(stored("ID 1234567890123456789012"), "  o'Brien |jan-hendrik|2025/02/28");
     EXPECT_FALSE(s.FraPDP->isVisible());
     // Save gives back the grid and the buttons, except "&Close".
-    EXPECT_TRUE(s.flx1->isEnabled());
-    EXPECT_TRUE(s.lblcmd[0]->isEnabled());
-    EXPECT_TRUE(s.lblcmd[2]->isEnabled());
+    EXPECT_TRUE(s.flx1->isEnabled() && s.lblcmd[0]->isEnabled() && s.lblcmd[2]->isEnabled());
     EXPECT_FALSE(s.lblcmd[3]->isEnabled());
     EXPECT_EQ(s.flx1->TextMatrix(1, 2), "  o'Brien ");
     // After adding, the grid stands on the next row.
