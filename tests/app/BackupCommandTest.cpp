@@ -60,7 +60,6 @@ protected:
         EXPECT_TRUE(slt.out.contains("Path = invent.db")) << slt.out.toStdString();
         EXPECT_TRUE(slt.out.contains("CRC = " + parts[2].mid(6))) << parts[2].toStdString();
         EXPECT_EQ(Start("7z", {"t", archive}).exitCode, 0);
-        EXPECT_TRUE(Start("bsdtar", {"-tvf", archive}).out.contains("invent.db"));
         const QString x = out.path() + "/x";
         QDir().mkpath(x + "/bsd");
         EXPECT_EQ(Start("bsdtar", {"-xf", archive}, x + "/bsd").exitCode, 0);

@@ -203,53 +203,6 @@ TEST(CheckCommand, AHomeThatCannotBeMadeIsNamedWithItsCause) {
     EXPECT_TRUE(run.err.contains("Databases/' is not a valid path")) << run.err.toStdString();
 }
 
-// A new home in a read-only folder, and a home whose data folder is read-only before any store stands in it:
-// the folder and the cause are named, and nothing is left behind.
-TEST(CheckCommand, AHomeOnAReadOnlyFolderIsNamedWithItsCause) {
-    QTemporaryDir root;
-    const QString parent = root.path() + "/shared";
-    ASSERT_TRUE(QDir().mkpath(parent));
-    MakeReadOnly(parent);
-    CommandRun run = RunCheck(parent + "/office");
-    MakeWritable(parent);
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_TRUE(run.err.contains(parent + "/office")) << run.err.toStdString();
-    EXPECT_TRUE(run.err.contains("cannot be made")) << run.err.toStdString();
-    EXPECT_FALSE(QFileInfo::exists(parent + "/office"));
-
-    TempHome home;
-    QFile::remove(home.storeFile());
-    MakeReadOnly(home.dataPath());
-    run = RunCheck(home.path());
-    MakeWritable(home.dataPath());
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_TRUE(run.err.contains(home.dataPath())) << run.err.toStdString();
-    EXPECT_TRUE(run.err.contains("read-only")) << run.err.toStdString();
-    EXPECT_FALSE(QFileInfo::exists(home.storeFile()));
-}
-
-// A new home holds people's names: its folders are its owner's alone, and so is the store.
-TEST(CheckCommand, ANewHomeIsPrivate) {
-    QTemporaryDir root;
-    const QString home = root.path() + "/private";
-    ASSERT_EQ(RunCheck(home).exitCode, 0);
-    const auto owner = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
-    const auto others = QFileDevice::ReadGroup | QFileDevice::ReadOther | QFileDevice::WriteGroup |
-                        QFileDevice::WriteOther | QFileDevice::ExeGroup | QFileDevice::ExeOther;
-    for (const QString& folder : {home, home + "/Databases"}) {
-        EXPECT_TRUE(QFile::permissions(folder) & QFileDevice::ExeOwner) << folder.toStdString();
-        EXPECT_FALSE(QFile::permissions(folder) & others) << folder.toStdString();
-    }
-    EXPECT_EQ(QFile::permissions(home + "/Databases/invent.db") & (owner | others), owner);
-}
-
-TEST(CheckCommand, ExtraWordsAreRefused) {
-    TempHome home;
-    const CommandRun run = RunCheck(home.path(), {"now"});
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_TRUE(run.err.contains("check takes no arguments"));
-}
-
 namespace {
 
 // Runs the program under a limit on the size of the files it writes, as a full disk stands in the way.

@@ -73,23 +73,11 @@ TEST_F(RegisterTest, OpensOnAllCategoriesWithTheGridAndCaption) {
     EXPECT_EQ(s->Label7->text(), "Equipment List");
     EXPECT_EQ(s->flg->TextMatrix(0, 3), "Quantity Available");
     EXPECT_EQ(column(*s, 2), QStringList({"Step Ladder", "Drill", "Grinder"}));
-    EXPECT_EQ(column(*s, 0).first(), QString::number(m_ladder));
     EXPECT_EQ(column(*s, 4), QStringList({" .0000", " 10.0000", " 5.0000"}));
     EXPECT_EQ(column(*s, 5), QStringList({" 0.00", " 50.00", " 10.00"}));
     pick(*s, "Tools");
     EXPECT_EQ(m_session.SelectedCategoryId, m_tools);
     EXPECT_EQ(column(*s, 2), QStringList({"Drill", "Grinder"}));
-    EXPECT_TRUE(s->fraCategory->isVisible());
-    EXPECT_TRUE(s->cmdAddProduct->isVisible());
-}
-
-TEST_F(RegisterTest, BookOutModeLeavesOnlyTheBookOut) {
-    auto s = openScreen(2);
-    EXPECT_EQ(s->Label7->text(), "Book Out Equipment");
-    EXPECT_FALSE(s->fraCategory->isVisible());
-    EXPECT_FALSE(s->cmdAddProduct->isVisible());
-    EXPECT_FALSE(s->cmdDeleteItem->isVisible());
-    EXPECT_TRUE(s->cmdBookOut->isVisible());
 }
 
 TEST_F(RegisterTest, CategoryDeleteAsksTwiceAndTakesLedgerItemsAndCategory) {
@@ -123,24 +111,6 @@ TEST_F(RegisterTest, CategoryDeleteAsksTwiceAndTakesLedgerItemsAndCategory) {
     QTest::mouseClick(s->Label4[2], Qt::LeftButton);
     EXPECT_EQ(m_messages.texts(), QStringList({"Delete Category 'Empty'?"}));
     EXPECT_EQ(scalar("select count(*) from toerkat where tid = " + QString::number(empty)), "0");
-}
-
-TEST_F(RegisterTest, CategoryDeleteStoppedHalfWayKeepsWhatWentFirst) {
-    // The item delete fails; the ledger rows deleted before it stay deleted.
-    ASSERT_EQ(sqlite3_exec(db().handle(),
-                           "create trigger stop_item before delete on toerinv begin select raise(abort, 'locked'); end",
-                           nullptr, nullptr, nullptr),
-              SQLITE_OK);
-    auto s = openScreen();
-    pick(*s, "Tools");
-    QTest::mouseClick(s->Label4[2], Qt::LeftButton);
-    ASSERT_FALSE(m_messages.shown.isEmpty());
-    EXPECT_EQ(m_messages.shown.last().icon, MsgIcon::Critical);
-    EXPECT_EQ(scalar("select count(*) from equipmenttrans where equipid in (" + QString::number(m_drill) + "," +
-                     QString::number(m_grinder) + ")"),
-              "0");
-    EXPECT_EQ(scalar("select count(*) from toerinv"), "3");
-    EXPECT_EQ(scalar("select count(*) from toerkat"), "2");
 }
 
 TEST_F(RegisterTest, CategorySaveChecksTheNameThenAddsAndEdits) {
@@ -242,22 +212,6 @@ TEST_F(RegisterTest, BookOutChecksStockThenWritesHeaderLedgerAndQuantity) {
               scalar("select max(id) from equipmentstocktake"));
     EXPECT_EQ(column(*s, 3).at(0), "3");
     EXPECT_EQ(ledgerDisagreements().size(), 1); // only the grinder, set to 0 by hand above
-}
-
-TEST_F(RegisterTest, NegativeStockPassesTheFirstCheckAndMeetsTheSecond) {
-    exec("update toerinv set hoeveel = -2 where iid = " + QString::number(m_grinder));
-    auto s = openScreen();
-    pick(*s, "Tools");
-    pickRow(*s, "Grinder");
-    onModal<frmEquipmentAdj>([](frmEquipmentAdj& d) {
-        QTest::keyClicks(d.txtDesc, "Sam");
-        QTest::keyClicks(d.txtQtyBuy, "1");
-        QTest::mouseClick(d.cmdSave, Qt::LeftButton);
-        EXPECT_EQ(d.txtQtyBuy->text(), "0");
-    });
-    QTest::mouseClick(s->cmdBookOut, Qt::LeftButton);
-    EXPECT_EQ(m_messages.texts(), QStringList({"Update?", "Negative Stock Result"}));
-    EXPECT_EQ(scalar("select count(*) from equipmenttrans where actionid = 2"), "0");
 }
 
 TEST_F(RegisterTest, RefusalsOfTheEntryAndTheQuestionsThatFollow) {

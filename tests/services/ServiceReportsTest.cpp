@@ -63,18 +63,6 @@ TEST_F(ServiceReportsTest, WorkbookRowsLineUpWithTheirHeadingsAndTheBreakdown) {
     }
 }
 
-TEST_F(ServiceReportsTest, GridAndDateDefaults) {
-    EXPECT_EQ(ServiceDateFirst({m_toyota, m_ford}), "2024/08/01");
-    EXPECT_EQ(ServiceDateLast({m_toyota}), "2024/09/15");
-    FlexGrid grid;
-    EXPECT_EQ(ServiceHistory_Show(grid, {m_toyota}, "2024/08/02", "2024/12/31", "Hours"), 1);
-    EXPECT_EQ(grid.TextMatrix(0, 8), "Hours");
-    EXPECT_EQ(grid.TextMatrix(1, 1), "Maintenance");
-    EXPECT_EQ(grid.TextMatrix(1, 2), "BOSCH SERVICE");
-    EXPECT_EQ(grid.TextMatrix(1, 9), "None");
-    EXPECT_EQ(grid.TextMatrix(2, 7), "  75.00");
-}
-
 TEST_F(ServiceReportsTest, PrintViewOfTheHistoryScreenListsThatVehicleAlone) {
     RegisterAllScreens();
     auto s = open<frmVoerDiens>();

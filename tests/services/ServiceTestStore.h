@@ -9,7 +9,6 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QTest>
 
 inline void PrintTo(const QString& text, std::ostream* os) {
@@ -130,14 +129,6 @@ protected:
             ADD_FAILURE() << "the expected dialog did not open";
             if (QWidget* other = QApplication::activeModalWidget())
                 other->close();
-        });
-    }
-
-    static void pickOption(int index, QString* title = nullptr) {
-        whenShown<frmOptionDialog>([=](frmOptionDialog* form) {
-            if (title)
-                *title = form->windowTitle();
-            form->Option1[static_cast<size_t>(index)]->click();
         });
     }
 

@@ -43,18 +43,16 @@ TEST(OptionDialog, ClickingAnOptionAnswersItsIndexAndLeavesItInDialogOption) {
     EXPECT_FALSE(thirdShown);
 }
 
-TEST(OptionDialog, CancelAndTheCloseBoxBothAnswerMinusOne) {
-    OnNextModal([](QWidget* w) { QTest::mouseClick(optionForm(w)->cmdCancel, Qt::LeftButton); });
-    EXPECT_EQ(ShowOptions("t", "a", "b", "c"), -1);
-    EXPECT_EQ(DialogOption, -1);
-
-    DialogOption = 7;
-    OnNextModal([](QWidget* w) { w->close(); });
-    EXPECT_EQ(ShowOptions("t", "a", "b", "c"), -1);
-    EXPECT_EQ(DialogOption, -1);
-
-    OnNextModal([](QWidget* w) { QTest::keyClick(w, Qt::Key_Escape); });
-    EXPECT_EQ(ShowOptions("t", "a", "b"), -1);
+TEST(OptionDialog, CancelTheCloseBoxAndEscapeAllAnswerMinusOne) {
+    const std::function<void(QWidget*)> ways[] = {
+        [](QWidget* w) { QTest::mouseClick(optionForm(w)->cmdCancel, Qt::LeftButton); }, [](QWidget* w) { w->close(); },
+        [](QWidget* w) { QTest::keyClick(w, Qt::Key_Escape); }};
+    for (const auto& way : ways) {
+        DialogOption = 7;
+        OnNextModal(way);
+        EXPECT_EQ(ShowOptions("t", "a", "b", "c"), -1);
+        EXPECT_EQ(DialogOption, -1);
+    }
 }
 
 TEST(OptionDialog, TextsAreCutAt70AndTheDefaultIsBroughtIntoRange) {
@@ -74,79 +72,34 @@ TEST(OptionDialog, TextsAreCutAt70AndTheDefaultIsBroughtIntoRange) {
     EXPECT_EQ(shown, QString(70, 'x'));
     EXPECT_EQ(checked, 2); // a default above 2 becomes 2
     EXPECT_EQ(dialog.DialogReponse(), 2);
+}
 
-    // Two options: a default above 1 (also one above 65534) becomes 1.
-    for (int requested : {2, 70000}) {
-        checked = -1;
+TEST(InputDialog, TypedTextComesBackWhileBlanksAndCancelMeanNothing) {
+    struct Case {
+        const char* name;
+        const char* typed;
+        int how; // 0: OK, 1: Cancel, 2: the close box, which sends what stands in the field
+        const char* answer;
+    };
+    const Case cases[] = {{"typed", "Jan Smit", 0, "Jan Smit"},
+                          {"blanks", "   ", 0, ""},
+                          {"cancel", "Diesel", 1, ""},
+                          {"close box", "Petrol", 2, "Petrol"}};
+    for (const Case& c : cases) {
+        QString prompt;
         OnNextModal([&](QWidget* w) {
-            auto* form = optionForm(w);
-            for (int i = 0; i < 3; ++i)
-                if (form->Option1[i]->isChecked())
-                    checked = i;
-            w->close();
+            auto* form = inputForm(w);
+            prompt = form->lblMsg->text();
+            QTest::keyClicks(form->txtMsg[0], c.typed);
+            if (c.how == 2)
+                w->close();
+            else
+                QTest::mouseClick(c.how == 0 ? form->cmdCloseDialog : form->cmdCancel, Qt::LeftButton);
         });
-        clsOptionDialog two;
-        two.ShowDialog(nullptr, "a", "b", QString(), requested, 0, false, 2500, 1500, "T", QString());
-        EXPECT_EQ(checked, 1) << requested;
-        EXPECT_EQ(two.DialogReponse(), -1);
+        EXPECT_EQ(ShowInput("Add  Driver Name 50 characters max."), c.answer) << c.name;
+        EXPECT_EQ(DialogText, c.answer) << c.name;
+        EXPECT_EQ(prompt, "Add  Driver Name 50 characters max.") << c.name;
     }
-}
-
-TEST(OptionDialog, HelpButtonOnlyWithHelpTextWhichIsItsToolTip) {
-    bool shown = false;
-    QString tip;
-    OnNextModal([&](QWidget* w) {
-        auto* form = optionForm(w);
-        shown = !form->cmdQuestion->isHidden();
-        tip = form->cmdQuestion->toolTip();
-        w->close();
-    });
-    clsOptionDialog dialog;
-    dialog.ShowDialog(nullptr, "a", "b", "", -1, 0, false, 2500, 1500, "T", "Pick one of the two");
-    EXPECT_TRUE(shown);
-    EXPECT_EQ(tip, "Pick one of the two");
-
-    OnNextModal([&](QWidget* w) {
-        shown = !optionForm(w)->cmdQuestion->isHidden();
-        w->close();
-    });
-    EXPECT_EQ(ShowOptions("t", "a", "b"), -1);
-    EXPECT_FALSE(shown);
-}
-
-TEST(InputDialog, TypedTextComesBackAndStandsInDialogText) {
-    QString prompt;
-    OnNextModal([&](QWidget* w) {
-        auto* form = inputForm(w);
-        prompt = form->lblMsg->text();
-        QTest::keyClicks(form->txtMsg[0], "Jan Smit");
-        QTest::mouseClick(form->cmdCloseDialog, Qt::LeftButton);
-    });
-    EXPECT_EQ(ShowInput("Add  Driver Name 50 characters max."), "Jan Smit");
-    EXPECT_EQ(DialogText, "Jan Smit");
-    EXPECT_EQ(prompt, "Add  Driver Name 50 characters max.");
-}
-
-TEST(InputDialog, BlanksAndCancelMeanNothingWhileTheCloseBoxSendsTheField) {
-    OnNextModal([](QWidget* w) {
-        QTest::keyClicks(inputForm(w)->txtMsg[0], "   ");
-        QTest::mouseClick(inputForm(w)->cmdCloseDialog, Qt::LeftButton);
-    });
-    EXPECT_EQ(ShowInput("p"), "");
-
-    OnNextModal([](QWidget* w) {
-        QTest::keyClicks(inputForm(w)->txtMsg[0], "Diesel");
-        QTest::mouseClick(inputForm(w)->cmdCancel, Qt::LeftButton);
-    });
-    EXPECT_EQ(ShowInput("p"), "");
-    EXPECT_EQ(DialogText, "");
-
-    // The close box sends what stands in the field, as closing the form does.
-    OnNextModal([](QWidget* w) {
-        QTest::keyClicks(inputForm(w)->txtMsg[0], "Petrol");
-        w->close();
-    });
-    EXPECT_EQ(ShowInput("p"), "Petrol");
 }
 
 TEST(InputDialog, StartTextLimitCheckBoxAndCommaCut) {
@@ -170,40 +123,4 @@ TEST(InputDialog, StartTextLimitCheckBoxAndCommaCut) {
     });
     EXPECT_EQ(ShowInput("p", "", 0, "", false, true), "one,two");
     EXPECT_EQ(DialogText, "one,two");
-}
-
-TEST(InputDialog, TwoFieldsJoinWithCommaLabelsCutAndMask) {
-    OnNextModal([](QWidget* w) {
-        auto* form = inputForm(w);
-        EXPECT_FALSE(form->txtMsg[1]->isHidden()); // a field count of 5 is taken as 2
-        EXPECT_EQ(form->Label1[0]->text(), QString(20, 'L'));
-        EXPECT_EQ(form->chk->text(), QString(30, 'C'));
-        EXPECT_EQ(form->txtMsg[0]->echoMode(), QLineEdit::Password);
-        QTest::keyClicks(form->txtMsg[0], "user");
-        // Enter moves on to the second field instead of closing.
-        QTest::keyClick(form->txtMsg[0], Qt::Key_Return);
-        EXPECT_TRUE(form->isVisible());
-        EXPECT_TRUE(form->txtMsg[1]->hasFocus());
-        QTest::keyClicks(form->txtMsg[1], "secret");
-        QTest::mousePress(form->cmdPwd[1], Qt::LeftButton);
-        EXPECT_EQ(form->txtMsg[1]->echoMode(), QLineEdit::Normal);
-        QTest::mouseRelease(form->cmdPwd[1], Qt::LeftButton);
-        EXPECT_EQ(form->txtMsg[1]->echoMode(), QLineEdit::Password);
-        QTest::mouseClick(form->cmdCloseDialog, Qt::LeftButton);
-    });
-    clsInputDialog dialog;
-    dialog.ShowDialog(nullptr, "Login", 5, QString(25, 'L'), "Password", true, QString(40, 'C'), 4000, 2000);
-    EXPECT_EQ(dialog.GetText(), "user,secret|0");
-
-    // One field: the second is hidden and a blank second field plays no part.
-    OnNextModal([](QWidget* w) {
-        auto* form = inputForm(w);
-        EXPECT_TRUE(form->txtMsg[1]->isHidden());
-        EXPECT_TRUE(form->chk->isHidden());
-        QTest::keyClicks(form->txtMsg[0], "solo");
-        QTest::mouseClick(form->cmdCloseDialog, Qt::LeftButton);
-    });
-    clsInputDialog one;
-    one.ShowDialog(nullptr, "t", 1, "Name", "", false, "", 4000, 2000);
-    EXPECT_EQ(one.GetText(), "solo");
 }

@@ -35,20 +35,6 @@ struct Form {
 
 } // namespace
 
-TEST(KeyFilters, NumericFieldKeepsOneFullStopAndRefusesLetters) {
-    Form form(1);
-    AttachNumericFilter(form.edits[0], true);
-    QTest::keyClicks(form.edits[0], "12.5.x7");
-    EXPECT_EQ(form.edits[0]->text(), "12.57");
-    QTest::keyClick(form.edits[0], Qt::Key_Backspace);
-    EXPECT_EQ(form.edits[0]->text(), "12.5");
-
-    Form whole(1);
-    AttachNumericFilter(whole.edits[0], false);
-    QTest::keyClicks(whole.edits[0], "3.4");
-    EXPECT_EQ(whole.edits[0]->text(), "34");
-}
-
 // The key routines: whether the key is a good one, and the key they leave (0: cancelled).
 TEST(KeyFilters, RoutinesReportGoodKeysAndCancelAsTheyShould) {
     using Filter = bool (*)(const QLineEdit*, int&, bool);
@@ -81,39 +67,6 @@ TEST(KeyFilters, RoutinesReportGoodKeysAndCancelAsTheyShould) {
     }
 }
 
-TEST(KeyFilters, DigitsFieldDropsWhatIsNoDigitAndASecondFullStop) {
-    Form form(1);
-    AttachDigitsFilter(form.edits[0], true);
-    QTest::keyClicks(form.edits[0], "R1 250.00.5");
-    EXPECT_EQ(form.edits[0]->text(), "1250.005");
-}
-
-TEST(InputBehaviour, EnterMovesFocusOnAndSelectsTheNextFieldsText) {
-    Form form(3);
-    for (QLineEdit* e : form.edits) {
-        AttachEnterAsTab(e);
-        AttachSelectOnFocus(e);
-    }
-    form.edits[1]->setText("Toyota Hilux");
-    QTest::keyClicks(form.edits[0], "abc");
-    QTest::keyClick(form.edits[0], Qt::Key_Return);
-    QCoreApplication::processEvents();
-    EXPECT_TRUE(form.edits[1]->hasFocus());
-    EXPECT_EQ(form.edits[0]->text(), "abc"); // Enter typed nothing
-    EXPECT_EQ(form.edits[1]->selectedText(), "Toyota Hilux");
-    QTest::keyClick(form.edits[1], Qt::Key_Enter);
-    EXPECT_TRUE(form.edits[2]->hasFocus());
-}
-
-TEST(InputBehaviour, SelectOnFocusSelectsFromTheStartIndexToTheEnd) {
-    QLineEdit field;
-    field.setText("abcdef");
-    SelectOnFocus(&field, 2);
-    EXPECT_EQ(field.selectedText(), "cdef");
-    SelectOnFocus(&field, -3);
-    EXPECT_EQ(field.selectedText(), "abcdef");
-}
-
 TEST(InputBehaviour, FocusTurnsTheCaptionRedAndLeavingTurnsItBlack) {
     Form form(2);
     AttachFocusColour(form.edits[0], form.labels[0]);
@@ -125,22 +78,6 @@ TEST(InputBehaviour, FocusTurnsTheCaptionRedAndLeavingTurnsItBlack) {
     QCoreApplication::processEvents();
     EXPECT_EQ(form.labels[1]->palette().color(QPalette::WindowText), QColor(0, 0, 0));
     EXPECT_EQ(form.labels[0]->palette().color(QPalette::WindowText), QColor(255, 0, 0));
-}
-
-TEST(ProperNameFilter, CapitalisesWordsAndRefusesADoubleBlank) {
-    Form form(1);
-    AttachProperNameFilter(form.edits[0]);
-    QLineEdit* f = form.edits[0];
-    QTest::keyClicks(f, " jan  van  der merwe");
-    EXPECT_EQ(f->text(), "Jan Van Der Merwe");
-    // Letters after the first of a word stay as typed, and the caret stays where the typing is.
-    f->clear();
-    QTest::keyClicks(f, "mcDONALD trucks");
-    EXPECT_EQ(f->text(), "McDONALD Trucks");
-    f->setCursorPosition(2);
-    QTest::keyClicks(f, "x");
-    EXPECT_EQ(f->text(), "McxDONALD Trucks");
-    EXPECT_EQ(f->cursorPosition(), 3);
 }
 
 TEST(DateEntry, ALetterEmptiesTheFieldAndDigitsStay) {
@@ -190,16 +127,4 @@ TEST(DateEntry, MinusOpensTheCalendarWhoseDateFillsTheThreeFields) {
     QTest::mouseDClick(form.edits[0], Qt::LeftButton);
     EXPECT_FALSE(handed.isValid());
     EXPECT_EQ(form.edits[0]->text(), "14");
-}
-
-TEST(DateEntry, ASingleDateFieldTakesThePickedDateAsText) {
-    Form form(1);
-    AttachCalendarField(form.edits[0]);
-    OnNextModal([](QWidget* w) {
-        auto* calendar = qobject_cast<frmCalen*>(w);
-        calendar->MonthView1->setSelectedDate(QDate(2025, 3, 9));
-        QTest::keyClick(calendar->MonthView1->findChild<QTableView*>(), Qt::Key_Enter);
-    });
-    QTest::keyClick(form.edits[0], Qt::Key_Minus);
-    EXPECT_EQ(form.edits[0]->text(), "2025/03/09");
 }

@@ -123,13 +123,6 @@ TEST_F(MainWindowTest, StartUpOpensTheVehiclesSectionAsAClickDoes) {
     EXPECT_EQ(window->dtpCDate->date(), QDate(2000, 1, 1));
 }
 
-TEST_F(MainWindowTest, StartUpWithoutTheVehicleScreenStillBuildsTheSection) {
-    start(); // nothing registered: the section opens no screen
-    EXPECT_EQ(session.CurrentSection, 3);
-    EXPECT_TRUE(OpenForms().isEmpty());
-    EXPECT_EQ(window->TreeView1->topLevelItem(0)->text(0), "Vehicle & Fuel");
-}
-
 TEST_F(MainWindowTest, ASecondStartIsRefusedBeforeTheStoreIsTouched) {
     start();
     Session second;
@@ -243,132 +236,36 @@ TEST_F(MainWindowTest, EntriesThatCloseTheOpenScreensFirstAndThoseThatDoNot) {
     EXPECT_EQ(OpenForms(), QStringList({"frmowner", "frmBackup"}));
 }
 
-TEST_F(MainWindowTest, FeaturesRebuildsTheTreeAndOpensNothing) {
-    registerRecorders();
-    start();
-    requests.clear();
-    window->Label1_Click(7);
-    settle();
-    EXPECT_TRUE(requests.empty());
-    EXPECT_EQ(session.CurrentSection, 3); // left as it was
-    EXPECT_TRUE(OpenForms().isEmpty());   // all children closed
-    EXPECT_EQ(treeTexts(), QStringList({"Features=", "Vehicle Reminders=FeaturesList", "Employee PDP=FeaturesPDP",
-                                        "Rebates=FeaturesRebate"}));
-    clickNode("Features"); // the root does nothing but open
-    EXPECT_TRUE(requests.empty());
-    EXPECT_TRUE(window->TreeView1->topLevelItem(0)->isExpanded());
-}
-
 TEST_F(MainWindowTest, SectionsSetTheirNumberAndScreen) {
     registerRecorders();
     start();
-    requests.clear();
-    window->Label1_Click(3);
-    settle();
-    EXPECT_EQ(session.CurrentSection, 4);
-    EXPECT_EQ(session.ReportChoice, "Equipment List");
-    window->Label1_Click(5);
-    settle();
-    EXPECT_EQ(session.CurrentSection, 6);
-    EXPECT_EQ(session.ReportChoice, "Vehicle List");
-    ASSERT_EQ(requests.size(), 2u);
-    EXPECT_EQ(requests[0].name, "frmEquipment");
-    EXPECT_EQ(requests[1].name, "frmVerslae");
-    EXPECT_EQ(OpenForms(), QStringList({"frmVerslae"}));
-    // The hidden frame's labels cannot be reached; "&Location" does nothing even when called.
+    struct Case {
+        int label;
+        int section;
+        const char* screen; // nullptr: nothing opens
+        const char* reportChoice;
+    };
+    // "&Location", in the hidden frame, does nothing even when called.
+    const Case cases[] = {{3, 4, "frmEquipment", "Equipment List"},
+                          {5, 6, "frmVerslae", "Vehicle List"},
+                          {1, 6, nullptr, "Vehicle List"}};
+    for (const Case& c : cases) {
+        requests.clear();
+        window->Label1_Click(c.label);
+        settle();
+        EXPECT_EQ(session.CurrentSection, c.section) << c.label;
+        EXPECT_EQ(session.ReportChoice, c.reportChoice) << c.label;
+        ASSERT_EQ(requests.size(), c.screen ? 1u : 0u) << c.label;
+        if (c.screen) {
+            EXPECT_EQ(requests[0].name, c.screen);
+        }
+    }
     EXPECT_FALSE(window->Label1[1]->isVisibleTo(window.get()));
-    EXPECT_FALSE(window->Label1[4]->isVisibleTo(window.get()));
-    requests.clear();
-    window->Label1_Click(1);
-    settle();
-    EXPECT_TRUE(requests.empty());
-    EXPECT_EQ(session.CurrentSection, 6);
     // A click on a label, as the user makes it.
     QTest::mouseClick(window->Label1[2], Qt::LeftButton);
     settle();
     EXPECT_EQ(session.CurrentSection, 3);
     EXPECT_EQ(OpenForms(), QStringList({"frmVoerk"}));
-}
-
-TEST_F(MainWindowTest, AMouseClickOnAnEntryActsOnTheReleaseOfTheButton) {
-    registerRecorders();
-    start();
-    window->show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
-    QTreeWidgetItem* root = window->TreeView1->topLevelItem(0);
-    QTest::mouseClick(window->TreeView1->viewport(), Qt::LeftButton, {},
-                      window->TreeView1->visualItemRect(root).center());
-    settle();
-    ASSERT_TRUE(root->isExpanded());
-    requests.clear();
-    QTreeWidgetItem* purchases = root->child(2);
-    ASSERT_EQ(purchases->text(0), "Fuel Purchases");
-    QTest::mouseClick(window->TreeView1->viewport(), Qt::LeftButton, {},
-                      window->TreeView1->visualItemRect(purchases).center());
-    settle();
-    ASSERT_EQ(requests.size(), 1u);
-    EXPECT_EQ(requests[0].name, "frmTank");
-    EXPECT_EQ(window->SelectedNode, purchases);
-    // A release on the empty part of the tree acts on the last entry clicked again.
-    requests.clear();
-    const QPoint empty(10, window->TreeView1->viewport()->height() - 5);
-    ASSERT_EQ(window->TreeView1->itemAt(empty), nullptr);
-    QTest::mouseClick(window->TreeView1->viewport(), Qt::LeftButton, {}, empty);
-    settle();
-    ASSERT_EQ(requests.size(), 1u);
-    EXPECT_EQ(requests[0].name, "frmTank");
-    EXPECT_EQ(OpenForms(), QStringList({"frmTank"}));
-}
-
-TEST_F(MainWindowTest, ARootOfTheReportsTreeOnlyOpensAndCloses) {
-    registerRecorders();
-    start();
-    window->Label1_Click(5);
-    settle();
-    QTreeWidgetItem* vehicles = window->TreeView1->topLevelItem(0);
-    ASSERT_EQ(vehicles->text(0), "Vehicles");
-    EXPECT_EQ(window->TreeView1->topLevelItemCount(), 4);
-    EXPECT_EQ(window->TreeView1->topLevelItem(3)->childCount(), 11);
-    clickNode("Vehicles");
-    EXPECT_TRUE(vehicles->isExpanded());
-    EXPECT_TRUE(requests.empty());
-    clickNode("Vehicles");
-    EXPECT_FALSE(vehicles->isExpanded());
-    EXPECT_EQ(OpenForms(), QStringList({"frmVerslae"}));
-}
-
-TEST_F(MainWindowTest, TheReminderCheckOpensTheScreenOnlyWhenSomethingIsDue) {
-    registerRecorders();
-    QStringList kinds;
-    // A stand-in builder: vehicles find a row, permits none.
-    SetReminderSqlBuilder([&](const QString& dateText, int back, int ahead, bool both, bool licence, bool headings) {
-        EXPECT_EQ(dateText, QDate::currentDate().toString("yyyy/MM/dd"));
-        EXPECT_EQ(back, 0);
-        EXPECT_EQ(ahead, 0);
-        EXPECT_TRUE(both);
-        EXPECT_TRUE(licence);
-        EXPECT_FALSE(headings);
-        kinds << CurrentSession().ReminderKind;
-        return CurrentSession().ReminderKind == "vehicle" ? QString("select * from tblTeDate where 1=1 or 1=0")
-                                                          : QString("select * from tblTeDate where 1=0");
-    });
-    // The first check needs a row: put the closing date row in place before the start.
-    {
-        session.home = home.path();
-        OpenSessionStore(session);
-        CreateVersionTable(*session.db);
-        CheckVersion(*session.db);
-        session.ClosedDate = QDateTime(QDate(2001, 1, 1), QTime(0, 0));
-        SaveClosedDate(session);
-        session.db.reset();
-    }
-    start();
-    EXPECT_EQ(kinds, QStringList({"vehicle", "pdp"}));
-    ASSERT_EQ(requests.size(), 2u);
-    EXPECT_EQ(requests[0].name, "frmReminders");
-    EXPECT_TRUE(requests[0].modal);
-    EXPECT_EQ(requests[1].name, "frmVoerk");
-    EXPECT_EQ(window->ReminderSql, "select * from tblTeDate where 1=0");
 }
 
 TEST_F(MainWindowTest, ExitClosesTheScreensAndEndsTheRun) {
@@ -384,19 +281,4 @@ TEST_F(MainWindowTest, ExitClosesTheScreensAndEndsTheRun) {
     EXPECT_EQ(session.db, nullptr); // closed by the repair step
     // The store that was repaired opens again with what was stored.
     EXPECT_NO_THROW(Database::Open(home.storeFile(), false));
-}
-
-TEST_F(MainWindowTest, AStoreWithoutTheOwnerTableStopsTheStartWithACriticalBox) {
-    {
-        session.home = home.path();
-        OpenSessionStore(session);
-        session.db->Execute("drop table owner");
-        session.db.reset();
-    }
-    window = std::make_unique<frmMain>();
-    EXPECT_FALSE(window->Startup());
-    ASSERT_EQ(messages.shown.size(), 1);
-    EXPECT_EQ(messages.shown[0].icon, MsgIcon::Critical);
-    EXPECT_EQ(messages.shown[0].title, "Orvel");
-    EXPECT_TRUE(messages.shown[0].text.startsWith("Run-time error '"));
 }

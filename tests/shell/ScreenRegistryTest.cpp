@@ -32,14 +32,6 @@ protected:
 
 } // namespace
 
-TEST_F(ScreenRegistryTest, AnUnregisteredNameOpensNothing) {
-    EXPECT_FALSE(IsScreenRegistered("frmVoerk"));
-    EXPECT_EQ(ShowScreen("frmVoerk", false), nullptr);
-    EXPECT_EQ(ShowScreen("frmVoerk", true), nullptr);
-    EXPECT_TRUE(area.subWindowList().isEmpty());
-    EXPECT_TRUE(OpenForms().isEmpty());
-}
-
 TEST_F(ScreenRegistryTest, ANormalShowIsOneMdiChildPerFormName) {
     int made = 0;
     RegisterScreen("frmTank", [&](QWidget* parent) {
@@ -70,18 +62,6 @@ TEST_F(ScreenRegistryTest, ANormalShowIsOneMdiChildPerFormName) {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCoreApplication::processEvents();
     EXPECT_TRUE(area.subWindowList().isEmpty());
-}
-
-TEST_F(ScreenRegistryTest, AFormThatRefusesToCloseStaysLoaded) {
-    class Stubborn : public QWidget {
-    public:
-        using QWidget::QWidget;
-        void closeEvent(QCloseEvent* e) override { e->ignore(); }
-    };
-    RegisterScreen("frmFuel", [](QWidget* parent) { return new Stubborn(parent); });
-    ShowScreen("frmFuel", false);
-    UnloadForm("frmFuel");
-    EXPECT_EQ(OpenForms(), QStringList({"frmFuel"}));
 }
 
 TEST_F(ScreenRegistryTest, AModalShowRunsTheDialogAndUnloadsItAfter) {

@@ -3,52 +3,33 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
-const QDate kToday(2024, 6, 30);
-
-QString DaysBefore(int days) {
-    return kToday.addDays(-days).toString("yyyy/MM/dd");
-}
-
-} // namespace
-
-TEST(BookValue, WorkedCaseHundredDaysAtTwentyPercent) {
-    // daily 54.7945, written 5479.45, book 94520.55
-    EXPECT_EQ(CalcBookValue(DaysBefore(100), "100000.00", "20", kToday, "x"), "94520.55");
-}
-
-TEST(BookValue, RoundsTheDailyFigureBeforeMultiplying) {
-    // 10000 * 0.15 / 365 = 4.10958904 -> 4.1096; 1000 days -> 4109.60 written, not 4109.59
-    EXPECT_EQ(CalcBookValue(DaysBefore(1000), "10000", "15", kToday, "x"), "5890.40");
-}
-
-TEST(BookValue, FloorAndFirstDay) {
-    EXPECT_EQ(CalcBookValue(DaysBefore(0), "1", "1", kToday, "x"), "1.00");
-    EXPECT_EQ(CalcBookValue(DaysBefore(0), "0.40", "1", kToday, "x"), "1.00");
-    EXPECT_EQ(CalcBookValue(DaysBefore(0), "2500", "20", kToday, "x"), "2500.00");
-    // Fully written off after five years at 20 %: the floor, never below it.
-    EXPECT_EQ(CalcBookValue(DaysBefore(2000), "50000", "20", kToday, "x"), "1.00");
-}
-
-TEST(BookValue, NegativePercentageRaisesTheValueDayByDay) {
-    const QString after100 = CalcBookValue(DaysBefore(100), "100000", "-20", kToday, "x");
-    const QString after200 = CalcBookValue(DaysBefore(200), "100000", "-20", kToday, "x");
-    EXPECT_EQ(after100, "105479.45");
-    EXPECT_EQ(after200, "110958.90");
-}
-
-TEST(BookValue, FutureDateCountsNegativeDays) {
-    EXPECT_EQ(CalcBookValue(kToday.addDays(100).toString("yyyy/MM/dd"), "100000", "20", kToday, "x"), "105479.45");
-}
-
-TEST(BookValue, InvalidDateShowsZeroAndBadNumbersKeepTheLastValue) {
-    EXPECT_EQ(CalcBookValue("2024/13/45", "100000", "20", kToday, "77.00"), "0.00");
-    EXPECT_EQ(CalcBookValue("", "100000", "20", kToday, "77.00"), "0.00");
-    EXPECT_EQ(CalcBookValue(DaysBefore(10), "abc", "20", kToday, "77.00"), "77.00");
-    EXPECT_EQ(CalcBookValue(DaysBefore(10), "1000", "", kToday, "77.00"), "77.00");
-}
-
-TEST(BookValue, NoGroupingInTheShownValue) {
-    EXPECT_EQ(CalcBookValue(DaysBefore(0), "1234567.891", "10", kToday, "x"), "1234567.89");
+TEST(BookValue, DepreciationByDaysRoundingFloorAndBadInput) {
+    const QDate today(2024, 6, 30);
+    struct Case {
+        const char* name;
+        int daysBefore; // of today; 9999: the date text below instead
+        const char* date;
+        const char* price;
+        const char* pct;
+        const char* value;
+    };
+    const Case cases[] = {
+        {"100 days at 20 % (daily 54.7945)", 100, "", "100000.00", "20", "94520.55"},
+        {"daily figure rounded to 4.1096 before multiplying", 1000, "", "10000", "15", "5890.40"},
+        {"first day", 0, "", "2500", "20", "2500.00"},
+        {"under the floor on the first day", 0, "", "0.40", "1", "1.00"},
+        {"written off: the floor", 2000, "", "50000", "20", "1.00"},
+        {"negative percentage raises the value", 200, "", "100000", "-20", "110958.90"},
+        {"a future date counts negative days", -100, "", "100000", "20", "105479.45"},
+        {"no grouping", 0, "", "1234567.891", "10", "1234567.89"},
+        {"invalid date shows zero", 9999, "2024/13/45", "100000", "20", "0.00"},
+        {"empty date shows zero", 9999, "", "100000", "20", "0.00"},
+        {"bad price keeps the last value", 10, "", "abc", "20", "77.00"},
+        {"empty percentage keeps the last value", 10, "", "1000", "", "77.00"},
+    };
+    for (const Case& c : cases) {
+        const QString date =
+            c.daysBefore == 9999 ? QString(c.date) : today.addDays(-c.daysBefore).toString("yyyy/MM/dd");
+        EXPECT_EQ(CalcBookValue(date, c.price, c.pct, today, "77.00"), c.value) << c.name;
+    }
 }

@@ -45,42 +45,27 @@ TEST_F(VehicleWorkbookTest, VehicleListOfTheSelectedCategory) {
     ASSERT_NE(sheet, nullptr);
     EXPECT_EQ(sheet->text("A1"), "Vehicles In Selected Category Light Vehicles");
     EXPECT_TRUE(sheet->merged("A1:H1"));
-    EXPECT_EQ(sheet->cell("A1")->style.font.size, 15);
-    EXPECT_FALSE(sheet->cell("A1")->style.fillPattern.isEmpty());
     const QStringList headings = {"Category",       "Make",       "Model",           "Registration #",
                                   "Purchase Price", "Kilometers", "Licence Renewal", "Service Due"};
     const QString columns = "ABCDEFGH";
-    for (int c = 0; c < 8; ++c) {
+    for (int c = 0; c < 8; ++c)
         EXPECT_EQ(sheet->text(columns[c] + QString("2")), headings[c]);
-        EXPECT_EQ(sheet->cell(columns[c] + QString("2"))->style.font.size, 8);
-    }
-    EXPECT_EQ(sheet->rowHeights.at(2), 25);
 
     // Rows as stored, ordered by make: ford, Isuzu, TOYOTA.
-    EXPECT_EQ(sheet->text("A3"), "LIGHT VEHICLES");
-    EXPECT_EQ(sheet->text("B3"), "ford");
-    EXPECT_EQ(sheet->text("C3"), "ranger");
-    EXPECT_EQ(sheet->text("D3"), "CA 777");
-    EXPECT_EQ(sheet->text("B4"), "Isuzu");
-    EXPECT_EQ(sheet->text("B5"), "TOYOTA");
-    EXPECT_EQ(sheet->text("B6"), "");
+    EXPECT_EQ(QStringList({sheet->text("A3"), sheet->text("B3"), sheet->text("C3"), sheet->text("D3")}),
+              QStringList({"LIGHT VEHICLES", "ford", "ranger", "CA 777"}));
+    EXPECT_EQ(QStringList({sheet->text("B4"), sheet->text("B5"), sheet->text("B6")}),
+              QStringList({"Isuzu", "TOYOTA", ""}));
     ASSERT_TRUE(sheet->cell("E5")->isNumber());
     EXPECT_DOUBLE_EQ(sheet->number("E5"), 385000);
     EXPECT_EQ(sheet->cell("E5")->style.numberFormat, "### ### ##0.00");
     ASSERT_TRUE(sheet->cell("F5")->isNumber());
     EXPECT_DOUBLE_EQ(sheet->number("F5"), 125400.5);
     EXPECT_EQ(sheet->cell("F5")->style.numberFormat, "### ### ###");
-    EXPECT_EQ(sheet->cell("F5")->style.horizontal, "right");
-    EXPECT_EQ(sheet->cell("B5")->style.horizontal, "left");
-    EXPECT_EQ(sheet->cell("B5")->style.font.size, 8);
     // The store's text dates arrive as date cells.
     EXPECT_DOUBLE_EQ(sheet->number("G5"), QDate(1899, 12, 30).daysTo(QDate(2025, 3, 31)));
     EXPECT_EQ(sheet->cell("G5")->style.numberFormat, "yyyy/mm/dd");
     EXPECT_DOUBLE_EQ(sheet->number("H5"), QDate(1899, 12, 30).daysTo(QDate(2024, 11, 15)));
-    EXPECT_EQ(sheet->columnWidths.at(1), 10);
-    EXPECT_EQ(sheet->columnWidths.at(2), 12);
-    EXPECT_EQ(sheet->columnWidths.at(5), 10);
-    EXPECT_EQ(sheet->columnWidths.at(6), 8);
 }
 
 TEST_F(VehicleWorkbookTest, VehicleFormOnOnePage) {
@@ -103,7 +88,6 @@ TEST_F(VehicleWorkbookTest, VehicleFormOnOnePage) {
 
     EXPECT_EQ(sheet->text("A1"), "Vehicle Information");
     EXPECT_TRUE(sheet->merged("A1:D1"));
-    EXPECT_EQ(sheet->cell("A1")->style.font.size, 15);
     EXPECT_EQ(sheet->text("A2"), "Vehicle Information");
     const std::vector<std::pair<QString, QString>> rows = {
         {"Odometer", "Kilometer"},
@@ -138,13 +122,10 @@ TEST_F(VehicleWorkbookTest, VehicleFormOnOnePage) {
             EXPECT_EQ(sheet->text("D" + r), rows[i].second) << "row " << r.toStdString();
         }
     }
-    EXPECT_TRUE(sheet->merged("A3:C3"));
     ASSERT_TRUE(sheet->cell("D7")->isNumber());
     EXPECT_DOUBLE_EQ(sheet->number("D7"), 125400.5);
     EXPECT_EQ(sheet->cell("D7")->style.numberFormat, "### ### ##0");
     EXPECT_DOUBLE_EQ(sheet->number("D14"), 385000);
     EXPECT_DOUBLE_EQ(sheet->number("D15"), 12.5);
     EXPECT_EQ(sheet->cell("D15")->style.numberFormat, "##0.00");
-    EXPECT_EQ(sheet->rowHeights.at(10), 18);
-    EXPECT_EQ(sheet->columnWidths.at(4), 20);
 }

@@ -124,27 +124,29 @@ TEST_F(VoerDetTest, SaveOfANewVehicleWritesEveryColumn) {
     const int id = scalar("select transid from voertuig where maak = 'Nissan'").toInt();
     ASSERT_GT(id, 0);
     EXPECT_EQ(m_session.LastVehicleID, id);
-    EXPECT_EQ(column(id, "catid"), QString::number(m_light));
-    EXPECT_EQ(column(id, "model"), "Navara");
-    EXPECT_EQ(column(id, "regnr"), "CA 42");
-    EXPECT_EQ(column(id, "adatum"), "2023/02/28");
-    EXPECT_EQ(column(id, "rebated"), "True");
-    EXPECT_EQ(column(id, "rebatepct"), "100"); // emptied, silently given its default
-    EXPECT_EQ(column(id, "licenceduedate"), "2025/04/01");
-    EXPECT_EQ(column(id, "serviceduedate"), "2025/05/02");
-    EXPECT_EQ(column(id, "awaarde"), "250000"); // the leading digits of the field
-    EXPECT_EQ(column(id, "depwaarde"), "15");
-    EXPECT_EQ(column(id, "vwaarde"), "200000");
-    EXPECT_EQ(column(id, "km"), "1500.5");
-    EXPECT_EQ(column(id, "enjin"), "QG15-1");
-    EXPECT_EQ(column(id, "boek"), shownBook);
-    EXPECT_EQ(column(id, "hours"), "False");
-    EXPECT_EQ(column(id, "fueltanksize"), "1");
-    EXPECT_EQ(column(id, "batterysize"), "652");
-    EXPECT_EQ(column(id, "tyresize"), "255/70R16");
-    EXPECT_EQ(column(id, "oilfilterref"), "OF-1");
-    EXPECT_EQ(column(id, "fanbeltref"), "FB-2");
-    EXPECT_EQ(column(id, "deptid"), "1");
+    const std::pair<const char*, QString> stored[] = {{"catid", QString::number(m_light)},
+                                                      {"model", "Navara"},
+                                                      {"regnr", "CA 42"},
+                                                      {"adatum", "2023/02/28"},
+                                                      {"rebated", "True"},
+                                                      {"rebatepct", "100"}, // emptied, silently given its default
+                                                      {"licenceduedate", "2025/04/01"},
+                                                      {"serviceduedate", "2025/05/02"},
+                                                      {"awaarde", "250000"}, // the leading digits of the field
+                                                      {"depwaarde", "15"},
+                                                      {"vwaarde", "200000"},
+                                                      {"km", "1500.5"},
+                                                      {"enjin", "QG15-1"},
+                                                      {"boek", shownBook},
+                                                      {"hours", "False"},
+                                                      {"fueltanksize", "1"},
+                                                      {"batterysize", "652"},
+                                                      {"tyresize", "255/70R16"},
+                                                      {"oilfilterref", "OF-1"},
+                                                      {"fanbeltref", "FB-2"},
+                                                      {"deptid", "1"}};
+    for (const auto& [name, value] : stored)
+        EXPECT_EQ(column(id, name), value) << name;
     // The rate box is the global setting: the save leaves the rebate table alone.
     EXPECT_EQ(d->txtRebateRate->text(), "349");
     EXPECT_EQ(scalar("select rebaterate from rebate"), "349");
@@ -156,21 +158,16 @@ TEST_F(VoerDetTest, LoadDetailShowsTheStoredVehicleAndSaveEditsThatRow) {
                  "tyresize = 'big' where transid = %1")
              .arg(id));
     auto d = openExisting(id, m_tractors);
-    EXPECT_EQ(d->txtIid->text(), QString::number(id));
-    EXPECT_EQ(d->txtMaak->text(), "CLAAS");
-    EXPECT_EQ(d->txtModel->text(), ""); // a stored 0 shows empty
-    EXPECT_EQ(d->txtYY->text(), "2022/01/01");
-    EXPECT_EQ(d->dtpPurchaseDate->date(), QDate(2022, 1, 1));
+    // A stored 0 shows empty.
+    EXPECT_EQ(
+        QStringList({d->txtIid->text(), d->txtMaak->text(), d->txtModel->text(), d->txtYY->text(), d->txtKoop->text(),
+                     d->txtKilo->text(), d->txtRebatePct->text(), d->txtTyreSize->text(), d->txtEnj->text()}),
+        QStringList({QString::number(id), "CLAAS", "", "2022/01/01", "500000", "3100", "80", "big", ""}));
     EXPECT_EQ(d->dtpLicenceDueDate->date(), QDate(2025, 1, 31));
-    EXPECT_EQ(d->txtKoop->text(), "500000");
-    EXPECT_EQ(d->txtKilo->text(), "3100");
-    EXPECT_EQ(d->txtRebatePct->text(), "80");
     EXPECT_TRUE(d->optRebate[0]->isChecked());
     EXPECT_TRUE(d->rebateApplies());
     EXPECT_TRUE(d->Opt1[1]->isChecked());
     EXPECT_EQ(d->Label14[7]->text(), "Hours");
-    EXPECT_EQ(d->txtTyreSize->text(), "big");
-    EXPECT_EQ(d->txtEnj->text(), "");
     EXPECT_EQ(d->cmbDepartment->currentText(), "Department 1");
 
     retype(d->txtModel, "Axion");
@@ -189,33 +186,12 @@ TEST_F(VoerDetTest, BookValueFollowsTheFieldsAsTheUserTypes) {
     retype(d->txtKoop, "100000.00");
     retype(d->txtDep, "20");
     EXPECT_EQ(d->lblBoek->text(), "94520.55");
-    retype(d->txtDep, "-20");
-    EXPECT_EQ(d->lblBoek->text(), "105479.45");
     d->txtKoop->setFocus();
     d->txtKoop->end(false);
     QTest::keyClicks(d->txtKoop, "x");
-    EXPECT_EQ(d->lblBoek->text(), "105479.45"); // text in the price keeps the last value shown
-    retype(d->txtKoop, "1");
-    retype(d->txtDep, "1");
-    EXPECT_EQ(d->lblBoek->text(), "1.00");
+    EXPECT_EQ(d->lblBoek->text(), "94520.55"); // text in the price keeps the last value shown
     retype(d->txtYY, "2024/02/30");
     EXPECT_EQ(d->lblBoek->text(), "0.00");
-}
-
-TEST_F(VoerDetTest, SteppersMoveTheTextOnlyAndTheSaveReadsThePicker) {
-    auto d = openNew(m_light);
-    d->dtpPurchaseDate->setDate(QDate(2024, 3, 1));
-    EXPECT_EQ(d->txtYY->text(), "2024/03/01");
-    QTest::mouseClick(d->Command2, Qt::LeftButton);
-    EXPECT_EQ(d->txtYY->text(), "2024/02/29");
-    QTest::mouseClick(d->Command3, Qt::LeftButton);
-    QTest::mouseClick(d->Command3, Qt::LeftButton);
-    EXPECT_EQ(d->txtYY->text(), "2024/03/02");
-    QTest::keyClicks(d->txtMaak, "Step");
-    QTest::keyClicks(d->txtReg, "S 1");
-    QTest::keyClicks(d->txtKilo, "1");
-    QTest::mouseClick(d->lblcmd[0], Qt::LeftButton);
-    EXPECT_EQ(scalar("select adatum from voertuig where maak = 'Step'"), "2024/03/01");
 }
 
 TEST_F(VoerDetTest, LeavingFieldsFillsDefaultsAndFormatsPrices) {
@@ -238,38 +214,6 @@ TEST_F(VoerDetTest, LeavingFieldsFillsDefaultsAndFormatsPrices) {
     d->txtRebateRate->clear();
     EXPECT_FALSE(d->CheckVehicle());
     EXPECT_EQ(d->txtRebateRate->text(), "389");
-}
-
-TEST_F(VoerDetTest, CancelAndEscapeCloseWithoutWriting) {
-    auto d = openNew(m_light);
-    QTest::keyClicks(d->txtMaak, "Nothing");
-    QTest::keyClick(d.get(), Qt::Key_Escape);
-    EXPECT_FALSE(d->isVisible());
-    EXPECT_EQ(scalar("select count(*) from voertuig where maak = 'Nothing'"), "0");
-    EXPECT_TRUE(m_messages.shown.isEmpty());
-}
-
-// Enter never presses a button: on an option, the tab bar or a field it moves to the next field.
-TEST_F(VoerDetTest, EnterMovesOnFromOptionsAndTheTabBarAndSavesNothing) {
-    auto d = openNew(m_light);
-    QTest::keyClicks(d->txtMaak, "Nissan");
-    QTest::keyClicks(d->txtReg, "CA 43");
-    QTest::keyClicks(d->txtKilo, "10");
-    const QString before = scalar("select count(*) from voertuig");
-    QWidget* starts[] = {d->Opt1[0],      d->Opt1[1],          d->optRebate[0],
-                         d->optRebate[1], d->SSTab1->tabBar(), d->cmbDepartment};
-    for (QWidget* start : starts) {
-        SCOPED_TRACE(start->objectName().toStdString());
-        if (!start->isEnabled() || !start->isVisible())
-            continue;
-        start->setFocus();
-        ASSERT_TRUE(start->hasFocus());
-        QTest::keyClick(start, Qt::Key_Return);
-        EXPECT_FALSE(start->hasFocus());
-        EXPECT_TRUE(d->isVisible());
-    }
-    EXPECT_EQ(scalar("select count(*) from voertuig"), before);
-    EXPECT_TRUE(m_messages.shown.isEmpty());
 }
 
 // Bad text in every field of the vehicle detail: a refusal names the field and writes nothing, or the vehicle is

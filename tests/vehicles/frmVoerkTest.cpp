@@ -3,7 +3,6 @@
 #include "frmVoerk.h"
 #include "BadText.h"
 #include "FlexGrid.h"
-#include "Vb.h"
 #include "VehicleTestStore.h"
 #include "frmVoerDet.h"
 
@@ -67,11 +66,10 @@ protected:
 
 TEST_F(VoerkTest, OpensOnAllCategoriesWithEveryVehicleFormatted) {
     auto s = openScreen();
-    ASSERT_EQ(s->list1->count(), 4);
-    EXPECT_EQ(s->list1->item(0)->text(), "_All Categories");
-    EXPECT_EQ(s->list1->item(1)->text(), "Light Vehicles");
-    EXPECT_EQ(s->list1->item(2)->text(), "Tractors");
-    EXPECT_EQ(s->list1->item(3)->text(), "Trailers");
+    QStringList categories;
+    for (int i = 0; i < s->list1->count(); ++i)
+        categories << s->list1->item(i)->text();
+    EXPECT_EQ(categories, QStringList({"_All Categories", "Light Vehicles", "Tractors", "Trailers"}));
     EXPECT_EQ(s->list1->currentRow(), 0);
     EXPECT_EQ(s->Label3->text(), "_All Categories");
     EXPECT_EQ(s->lblRows->text(), "5 Rows");
@@ -83,13 +81,11 @@ TEST_F(VoerkTest, OpensOnAllCategoriesWithEveryVehicleFormatted) {
     EXPECT_EQ(column(*s, 3), QStringList({"Ranger", "Kb 250", "6120m", "290", "Hilux"}));
     EXPECT_EQ(column(*s, 1),
               QStringList({"Light Vehicles", "Light Vehicles", "Tractors", "Tractors", "Light Vehicles"}));
+    // The pattern's leading blank stays.
+    EXPECT_EQ(column(*s, 5), QStringList({" 450 000.00", "1 234 567.89", " 900 000.00", " 120 000.00", " 385 000.00"}));
+    EXPECT_EQ(column(*s, 6), QStringList({" 8 000.00", "  0.00", " 5 230.00", " 14 000.00", " 125 400.50"}));
     EXPECT_EQ(s->flg->TextMatrix(5, 4), " CA 123-456");
-    EXPECT_EQ(s->flg->TextMatrix(5, 5), " 385 000.00"); // the pattern's leading blank stays
-    EXPECT_EQ(s->flg->TextMatrix(5, 6), " 125 400.50");
-    EXPECT_EQ(s->flg->TextMatrix(2, 5), "1 234 567.89");
-    EXPECT_EQ(s->flg->TextMatrix(2, 6), "  0.00");
-    EXPECT_EQ(s->flg->TextMatrix(5, 7), "2025/03/31");
-    EXPECT_EQ(s->flg->TextMatrix(5, 8), "2024/11/15");
+    EXPECT_EQ(s->flg->TextMatrix(5, 7) + " " + s->flg->TextMatrix(5, 8), "2025/03/31 2024/11/15");
 }
 
 TEST_F(VoerkTest, CategoryClickListsItsVehiclesAndAnEmptyCategoryKeepsOneEmptyRow) {
@@ -159,16 +155,6 @@ TEST_F(VoerkTest, RenewalFilterListsVehiclesDueInThePeriod) {
     EXPECT_EQ(s->lblRows->text(), "5 Rows");
 }
 
-TEST_F(VoerkTest, EveryActionResetsTheRenewalPeriod) {
-    auto s = openScreen();
-    clickOption(s->optType[0]);
-    s->dtpDateFrom->setDate(QDate(2020, 1, 1));
-    s->dtpDateTo->setDate(QDate(2020, 2, 2));
-    QTest::mouseClick(s->Label4[4], Qt::LeftButton);
-    EXPECT_EQ(s->dtpDateFrom->date(), QDate(2024, 10, 5));
-    EXPECT_EQ(s->dtpDateTo->date(), QDate::currentDate());
-}
-
 TEST_F(VoerkTest, SaveCategoryChecksInOrderAndStoresUpperCaseAsTyped) {
     auto s = openScreen();
     QTest::mouseClick(s->Label4[0], Qt::LeftButton);
@@ -200,20 +186,6 @@ TEST_F(VoerkTest, SaveCategoryChecksInOrderAndStoresUpperCaseAsTyped) {
     EXPECT_EQ(s->list1->count(), 5);
 }
 
-TEST_F(VoerkTest, EditCategoryRenamesAndKeepsTheOdometerKind) {
-    auto s = openScreen();
-    pickCategory(*s, "Tractors");
-    QTest::mouseDClick(s->list1->viewport(), Qt::LeftButton, {},
-                       s->list1->visualItemRect(s->list1->currentItem()).center());
-    EXPECT_TRUE(s->Frame2->isVisible());
-    EXPECT_TRUE(s->Opt1[1]->isChecked());
-    s->txtKAT->selectAll();
-    QTest::keyClicks(s->txtKAT, "Farm Tractors");
-    QTest::mouseClick(s->Label4[3], Qt::LeftButton);
-    EXPECT_EQ(scalar(QString("select [desc] from voerkat where transid = %1").arg(m_tractors)), "FARM TRACTORS");
-    EXPECT_EQ(scalar("select count(*) from voerkat"), "3");
-}
-
 TEST_F(VoerkTest, DeleteCategoryRefusedWhileInUseAndDoneWhenEmpty) {
     auto s = openScreen();
     pickCategory(*s, "Tractors");
@@ -234,19 +206,6 @@ TEST_F(VoerkTest, DeleteCategoryRefusedWhileInUseAndDoneWhenEmpty) {
     EXPECT_EQ(scalar("select count(*) from voerkat"), "2");
     EXPECT_EQ(s->list1->count(), 3);
     EXPECT_EQ(s->list1->currentRow(), 0);
-}
-
-TEST_F(VoerkTest, VehicleActionsUnderAllCategoriesAskForACategory) {
-    auto s = openScreen();
-    pickRow(*s, 1);
-    QTest::mouseClick(s->Label4[7], Qt::LeftButton);
-    QTest::mouseClick(s->Label4[5], Qt::LeftButton);
-    ASSERT_EQ(m_messages.shown.size(), 2);
-    for (const auto& m : m_messages.shown) {
-        EXPECT_EQ(m.text, "You have to select a category first!");
-        EXPECT_EQ(m.title, "Category");
-    }
-    EXPECT_EQ(scalar("select count(*) from voertuig where transid > 0"), "5");
 }
 
 TEST_F(VoerkTest, DeleteVehicleByKeyAsksAndRemovesOnlyOnYes) {
@@ -309,88 +268,10 @@ TEST_F(VoerkTest, AddVehicleOpensTheDetailWithStartValuesOfTheCategory) {
     EXPECT_EQ(s->lblRows->text(), "3 Rows");
 }
 
-TEST_F(VoerkTest, ServiceHistoryTrapWithoutACategoryWarnsAndDisablesItself) {
+// A quote in the search text makes the statement fail: an empty grid and its count, and no message.
+TEST_F(VoerkTest, AFailedFillCountsNoRows) {
     auto s = openScreen();
-    s->Label4[5]->setFocus();
-    QTest::keyClick(s->Label4[5], Qt::Key_Tab);
-    ASSERT_EQ(m_messages.shown.size(), 1);
-    EXPECT_EQ(m_messages.shown[0].text, "You have to select a category first!");
-    EXPECT_FALSE(s->Text1->isEnabled());
-
-    // The next trap starts a new category; focus coming back to the screen springs none.
-    s->Label4[5]->setFocus();
-    QTest::keyClick(s->Label4[5], Qt::Key_Tab);
-    EXPECT_TRUE(s->Frame2->isVisible());
-    EXPECT_TRUE(s->txtKAT->hasFocus());
-    EXPECT_EQ(m_messages.shown.size(), 1);
-}
-
-TEST_F(VoerkTest, EnterOnAnActionActsAndMovesOn) {
-    auto s = openScreen();
-    s->Label4[0]->setFocus();
-    QTest::keyClick(s->Label4[0], Qt::Key_Return);
-    EXPECT_TRUE(s->Frame2->isVisible());
-    QTest::keyClicks(s->txtKAT, "Buses");
-    s->Label4[3]->setFocus();
-    QTest::keyClick(s->Label4[3], Qt::Key_Return);
-    EXPECT_EQ(scalar("select count(*) from voerkat where [desc] = 'BUSES'"), "1");
-    EXPECT_FALSE(s->Frame2->isVisible());
-}
-
-TEST_F(VoerkTest, AVehicleIdAbove16BitsCannotBePicked) {
-    exec(QString("insert into voertuig (transid, catid, maak, model, regnr, awaarde, km, licenceduedate, "
-                 "serviceduedate) values (40000, %1, 'AAA BIG', 'ID', 'X 1', 1, 1, '2025/01/01', '2025/01/01')")
-             .arg(m_trailers));
-    auto s = openScreen();
-    pickCategory(*s, "Trailers");
-    ASSERT_EQ(s->flg->TextMatrix(1, 0), "40000");
-    pickRow(*s, 1);
-    QTest::keyClick(s->flg, Qt::Key_Return);
-    ASSERT_EQ(m_messages.shown.size(), 1);
-    EXPECT_EQ(m_messages.shown[0].text, "You have to select a category first!");
-    EXPECT_EQ(m_session.SelectedID, 0); // the pick reads no id, and the list is not refreshed
-}
-
-TEST_F(VoerkTest, ALongCategoryNameIsCutInTheGridAndThenFindsNoCategory) {
-    const QString name = QString("LONG CATEGORY ").repeated(5); // 70 characters
-    exec("insert into voerkat ([desc], hours) values ('" + name + "', 0)");
-    const int cat = scalar("select transid from voerkat where [desc] like 'LONG*'").toInt();
-    addVehicle(cat, "SOLO", "ONE", "S 1", 10, 10, "2025/01/01", "2025/01/01");
-    auto s = openScreen();
-    pickCategory(*s, vb::ProperCase(name));
-    ASSERT_EQ(s->flg->TextMatrix(1, 2), "Solo");
-    EXPECT_EQ(s->flg->TextMatrix(1, 1), vb::ProperCase(name.trimmed()).left(50));
-    pickRow(*s, 1);
-    WhenModalOpens([](QWidget* modal) { static_cast<QDialog*>(modal)->reject(); });
-    QTest::keyClick(s->flg, Qt::Key_Return);
-    EXPECT_EQ(m_session.SelectedCatID, 0);
-}
-
-// The category list as the mouse works it: a click on the category already selected reloads as every click does,
-// a double click edits the category without resetting the renewal period, and a fill that fails counts no rows.
-TEST_F(VoerkTest, ListClicksReloadDoubleClickEditsAndAFailedFillCountsNoRows) {
-    auto s = openScreen();
-    pickCategory(*s, "Tractors");
     clickOption(s->optSearch[2]);
-    clickOption(s->chkSearchAllCategories);
-    QTest::keyClicks(s->txtSearch, "CA");
-    ASSERT_EQ(s->lblRows->text(), "3 Rows");
-    pickCategory(*s, "Tractors"); // already the selected row
-    EXPECT_EQ(s->txtSearch->text(), "");
-    EXPECT_EQ(s->lblRows->text(), "2 Rows");
-    EXPECT_EQ(column(*s, 2), QStringList({"John Deere", "Massey"}));
-
-    clickOption(s->optType[0]);
-    s->dtpDateFrom->setDate(QDate(2020, 1, 1));
-    s->dtpDateTo->setDate(QDate(2020, 2, 2));
-    const auto items = s->list1->findItems("Tractors", Qt::MatchExactly);
-    QTest::mouseDClick(s->list1->viewport(), Qt::LeftButton, {}, s->list1->visualItemRect(items.first()).center());
-    EXPECT_TRUE(s->Frame2->isVisible());
-    EXPECT_EQ(s->txtKAT->text(), "Tractors");
-    EXPECT_EQ(s->dtpDateFrom->date(), QDate(2020, 1, 1));
-    EXPECT_EQ(s->dtpDateTo->date(), QDate(2020, 2, 2));
-
-    // A quote in the search text makes the statement fail: an empty grid, and its count.
     QTest::keyClicks(s->txtSearch, "C");
     ASSERT_EQ(s->lblRows->text(), "3 Rows");
     QTest::keyClicks(s->txtSearch, "'");
