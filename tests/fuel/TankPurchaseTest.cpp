@@ -316,10 +316,6 @@ TEST_F(TankScreenTest, SaveTankNamesInUpperCaseKeepsTheBalanceAndRefusesBlankNam
 }
 
 TEST_F(TankScreenTest, TheTreeOpensTanksAsAWindowAndTheStockTakeModally) {
-    // A run ended by an earlier test's run-time error box leaves the application's quit flag standing, which
-    // would end the modal screen's loop at once; one turn of the application's own loop clears it.
-    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
-    QApplication::exec();
     RegisterFuelScreens();
     QWidget* capture = ShowScreen("frmFuel", false);
     ASSERT_TRUE(qobject_cast<frmFuel*>(capture));

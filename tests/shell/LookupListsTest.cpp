@@ -37,11 +37,19 @@ struct DialogSeen {
 
 // Acts on the next modal dialog of the given form once it is up; a dialog that never comes fails the test
 // and whatever stands in its place is closed, so that nothing waits for ever.
-template <typename Form> void WhenShown(std::function<void(Form*)> act) {
-    OnNextModal([act](QWidget* w) {
-        auto* form = qobject_cast<Form*>(w);
-        ASSERT_NE(form, nullptr) << "another dialog than the expected one";
-        act(form);
+template <typename Form> void WhenShown(std::function<void(Form*)> act, int triesLeft = 300) {
+    QTimer::singleShot(10, [=] {
+        if (auto* form = qobject_cast<Form*>(QApplication::activeModalWidget())) {
+            act(form);
+            return;
+        }
+        if (triesLeft > 0) {
+            WhenShown<Form>(act, triesLeft - 1);
+            return;
+        }
+        ADD_FAILURE() << "the expected dialog did not open";
+        if (QWidget* other = QApplication::activeModalWidget())
+            other->close();
     });
 }
 
