@@ -165,8 +165,9 @@ int digitsAt(const QString& text, int from, int count) {
 std::optional<QDateTime> storedDateText(const QString& text) {
     if ((text.size() != 10 && text.size() != 19) || text[4] != u'-' || text[7] != u'-')
         return std::nullopt;
-    const QDate day(digitsAt(text, 0, 4), digitsAt(text, 5, 2), digitsAt(text, 8, 2));
-    if (!day.isValid() || digitsAt(text, 0, 4) < 0)
+    const int year = digitsAt(text, 0, 4);
+    const QDate day(year, digitsAt(text, 5, 2), digitsAt(text, 8, 2));
+    if (year < 0 || !day.isValid())
         return std::nullopt;
     if (text.size() == 10)
         return LocalMidnight(day);

@@ -24,7 +24,7 @@
 namespace {
 
 using Fields = std::vector<std::pair<QString, QLineEdit*>>;
-using Expected = std::map<std::pair<QString, QString>, QString>;
+using Expected = BadTextExpected;
 
 class EquipmentBadText : public EquipmentStoreTest {
 protected:
@@ -37,15 +37,6 @@ protected:
     void TearDown() override {
         UnregisterAllScreens();
         EquipmentStoreTest::TearDown();
-    }
-    // The message each refused case must give, by field and bad text; a case not listed must be taken.
-    static void holdAgainst(const std::vector<BadTextOutcome>& outcomes, const Expected& expected) {
-        for (const BadTextOutcome& o : outcomes) {
-            SCOPED_TRACE(o.field.toStdString() + " <- " + o.text.toStdString());
-            const auto it = expected.find({o.field, o.text});
-            EXPECT_EQ((o.refused ? o.message : "<taken>").toStdString(),
-                      (it == expected.end() ? QString("<taken>") : it->second).toStdString());
-        }
     }
     // The cases of `field` that give `message`.
     static void add(Expected& expected, const QString& field, const QStringList& bad, const QString& message) {
@@ -84,7 +75,7 @@ TEST_F(EquipmentBadText, Category) {
     add(expected, "Category", m_emptyOrBlank, "Fill in equipment category");
     expected[{"Category", "a bracket"}] = "Reserved character '[' not allowed.";
     expected[{"Category", "outside Latin-1"}] = QString::fromUtf8("Reserved character '\xe2\x82\xac' not allowed.");
-    holdAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, screen), expected);
+    HoldBadTextAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, screen), expected);
 }
 
 TEST_F(EquipmentBadText, ItemEntry) {
@@ -138,7 +129,7 @@ TEST_F(EquipmentBadText, ItemEntry) {
             add(expected, "Quantity", large, "Negative Stock Result");
         if (mode.mode == kBookIn)
             add(expected, "Quantity", large, "Amount exceeds Bookout of 2");
-        holdAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, screen), expected);
+        HoldBadTextAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, screen), expected);
     }
     EXPECT_TRUE(ledgerDisagreements().isEmpty());
 }
@@ -165,7 +156,7 @@ TEST_F(EquipmentBadText, StockTake) {
     add(expected, "Reason", {"empty", "blanks only", "a bracket", "a control character"},
         "Reason must be at least 5 characters");
     expected[{"Person", "empty"}] = "Person is required";
-    holdAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, screen), expected);
+    HoldBadTextAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, screen), expected);
     EXPECT_TRUE(ledgerDisagreements().isEmpty());
 }
 
@@ -185,7 +176,7 @@ TEST_F(EquipmentBadText, RoomStock) {
     category.close = [&] { k.reset(); };
     Expected expected;
     add(expected, "Category", m_emptyOrBlank, "Fill in stock category");
-    holdAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, category), expected);
+    HoldBadTextAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, category), expected);
     EXPECT_EQ(scalar("select max(len([desc])) from voorkat"), "50");
 
     std::unique_ptr<frmVoor> item;
@@ -216,7 +207,7 @@ TEST_F(EquipmentBadText, RoomStock) {
     // Only the description is checked; the figure fields take digits, an invalid date stores none.
     expected.clear();
     add(expected, "Description", m_emptyOrBlank, "Please complete description");
-    holdAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, items), expected);
+    HoldBadTextAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, items), expected);
     EXPECT_EQ(scalar("select max(len([desc])) from voorinv"), "50");
     EXPECT_EQ(scalar("select max(len(verwys)) from voorinv"), "50");
 }

@@ -41,15 +41,7 @@ protected:
         combo->setCurrentIndex(combo->findText(text));
     }
     // The message each refused case must give, by field and bad text; a case not listed must be taken.
-    using Expected = std::map<std::pair<QString, QString>, QString>;
-    static void holdAgainst(const std::vector<BadTextOutcome>& outcomes, const Expected& expected) {
-        for (const BadTextOutcome& o : outcomes) {
-            SCOPED_TRACE(o.field.toStdString() + " <- " + o.text.toStdString());
-            const auto it = expected.find({o.field, o.text});
-            const QString shown = o.endedRun ? o.message.section('\n', 0, 0) : o.refused ? o.message : "<taken>";
-            EXPECT_EQ(shown.toStdString(), (it == expected.end() ? QString("<taken>") : it->second).toStdString());
-        }
-    }
+    using Expected = BadTextExpected;
 };
 
 TEST_F(FuelBadText, TankDetail) {
@@ -71,17 +63,17 @@ TEST_F(FuelBadText, TankDetail) {
     };
     screen.close = [&] { s.reset(); };
     const QString fill = "Fill in all the empty fields!";
-    holdAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, screen),
-                {{{"Tank", "empty"}, fill},
-                 {{"Tank", "blanks only"}, fill},
-                 {{"Capacity", "empty"}, fill},
-                 {{"Capacity", "blanks only"}, fill},
-                 {{"Capacity", "a quote"}, fill},
-                 {{"Capacity", "a bracket"}, fill},
-                 {{"Capacity", "300 characters"}, fill},
-                 {{"Capacity", "text in a number field"}, fill},
-                 {{"Capacity", "a control character"}, fill},
-                 {{"Capacity", "outside Latin-1"}, fill}});
+    HoldBadTextAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, screen),
+                       {{{"Tank", "empty"}, fill},
+                        {{"Tank", "blanks only"}, fill},
+                        {{"Capacity", "empty"}, fill},
+                        {{"Capacity", "blanks only"}, fill},
+                        {{"Capacity", "a quote"}, fill},
+                        {{"Capacity", "a bracket"}, fill},
+                        {{"Capacity", "300 characters"}, fill},
+                        {{"Capacity", "text in a number field"}, fill},
+                        {{"Capacity", "a control character"}, fill},
+                        {{"Capacity", "outside Latin-1"}, fill}});
     // What was taken went into the columns as they hold it: names in capitals, figures as figures.
     EXPECT_EQ(scalar("select count(*) from tanks where TankNaam <> ucase(TankNaam)"), "0");
 }
@@ -100,7 +92,7 @@ TEST_F(FuelBadText, NameAdder) {
         };
         screen.save = [&] { QTest::mouseClick(a->lblcmd[1], Qt::LeftButton); };
         screen.close = [&] { a.reset(); };
-        holdAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, screen), {});
+        HoldBadTextAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, screen), {});
     }
     EXPECT_EQ(scalar("select count(*) from VecSupplier where SUP_Desc = 'O''Neil''s'"), "1");
     EXPECT_EQ(scalar("select count(*) from CostCat where CC_CostCatagory = 'O''Neil''s'"), "1");
@@ -158,7 +150,7 @@ TEST_F(FuelBadText, FuelCapture) {
         expected[{"Pump", bad}] =
             "The Current pump reading entered is less than the previous reading. Please change the reading.";
     }
-    holdAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, screen), expected);
+    HoldBadTextAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, screen), expected);
     // What was taken was stored whole: a year of 9999 as typed, figures as figures.
     EXPECT_EQ(scalar("select count(*) from VecFuel where Datum = '9999/12/31'"), "1");
     EXPECT_EQ(scalar("select count(*) from VecFuel where Litres is null or KmRead is null"), "0");
@@ -187,8 +179,8 @@ TEST_F(FuelBadText, PreviousReading) {
     };
     screen.close = [&] { f.reset(); };
     const QString higher = "Km Reading must be more than the previous reading";
-    holdAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, screen),
-                {{{"Previous reading", "31 February"}, higher}, {{"Previous reading", "year 9999"}, higher}});
+    HoldBadTextAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, screen),
+                       {{{"Previous reading", "31 February"}, higher}, {{"Previous reading", "year 9999"}, higher}});
     EXPECT_EQ(scalar("select previouskmread from VecFuel where VoertuigID = " + QString::number(m_bare)), "0");
 }
 

@@ -21,19 +21,7 @@ namespace {
 
 using Fields = std::vector<std::pair<QString, QLineEdit*>>;
 
-class ReminderBadText : public ReminderStoreTest {
-protected:
-    // The message each refused case must give, by field and bad text; a case not listed must be taken.
-    static void holdAgainst(const std::vector<BadTextOutcome>& outcomes,
-                            const std::map<std::pair<QString, QString>, QString>& expected) {
-        for (const BadTextOutcome& o : outcomes) {
-            SCOPED_TRACE(o.field.toStdString() + " <- " + o.text.toStdString());
-            const auto it = expected.find({o.field, o.text});
-            EXPECT_EQ((o.refused ? o.message : "<taken>").toStdString(),
-                      (it == expected.end() ? QString("<taken>") : it->second).toStdString());
-        }
-    }
-};
+class ReminderBadText : public ReminderStoreTest {};
 
 TEST_F(ReminderBadText, Permit) {
     std::unique_ptr<frmPDP> s;
@@ -52,9 +40,9 @@ TEST_F(ReminderBadText, Permit) {
     screen.save = [&] { QTest::mouseClick(s->lblcmd[5], Qt::LeftButton); };
     screen.close = [&] { s.reset(); };
     // Only the names are checked, and only for being empty: blanks, quotes and the rest are stored as typed.
-    holdAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, screen),
-                {{{"Surname", "empty"}, "Surname must be at least 1 character"},
-                 {{"First name", "empty"}, "First name must be at least 1 character"}});
+    HoldBadTextAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, screen),
+                       {{{"Surname", "empty"}, "Surname must be at least 1 character"},
+                        {{"First name", "empty"}, "First name must be at least 1 character"}});
     EXPECT_EQ(scalar("select count(*) from pdp where surname = 'O''Neil''s'"), "1");
     EXPECT_EQ(scalar("select count(*) from pdp where firstname = '   '"), "1");
     EXPECT_EQ(scalar("select max(len(id)) from pdp"), "25");
@@ -74,7 +62,7 @@ TEST_F(ReminderBadText, ReminderDays) {
     screen.close = [&] { s.reset(); };
     // The day fields take digits only and a run reads the register: no message, and nothing written.
     const QString before = StoreDump(*m_session.db);
-    holdAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, screen), {});
+    HoldBadTextAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, screen), {});
     EXPECT_EQ(StoreDump(*m_session.db), before);
     UnregisterAllScreens();
 }

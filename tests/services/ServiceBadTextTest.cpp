@@ -14,22 +14,13 @@
 namespace {
 
 using Fields = std::vector<std::pair<QString, QLineEdit*>>;
-using Expected = std::map<std::pair<QString, QString>, QString>;
+using Expected = BadTextExpected;
 
 class ServiceBadText : public ServiceStoreTest {
 protected:
     void SetUp() override {
         ServiceStoreTest::SetUp();
         SeedSuppliersAndCategories();
-    }
-    // The message each refused case must give, by field and bad text; a case not listed must be taken.
-    static void holdAgainst(const std::vector<BadTextOutcome>& outcomes, const Expected& expected) {
-        for (const BadTextOutcome& o : outcomes) {
-            SCOPED_TRACE(o.field.toStdString() + " <- " + o.text.toStdString());
-            const auto it = expected.find({o.field, o.text});
-            const QString shown = o.endedRun ? o.message.section('\n', 0, 0) : o.refused ? o.message : "<taken>";
-            EXPECT_EQ(shown.toStdString(), (it == expected.end() ? QString("<taken>") : it->second).toStdString());
-        }
     }
     // The one open service of the Toyota that the allocation picks, put back when the last one was allocated.
     void keepOneOpen() {
@@ -63,7 +54,7 @@ TEST_F(ServiceBadText, Capture) {
         expected[{"Date", bad}] = fill;
     for (const char* bad : {"empty", "blanks only", "a quote", "a bracket", "300 characters", "text in a number field"})
         expected[{"Cost", bad}] = fill;
-    holdAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, screen), expected);
+    HoldBadTextAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, screen), expected);
     EXPECT_EQ(scalar("select max(len(reference)) from vdiens_unallocated"), "50"); // the field's length
 }
 
@@ -85,7 +76,7 @@ TEST_F(ServiceBadText, AllocationAndHistoryEdit) {
     Expected expected = {{{"Note", "empty"}, "You need to fill in all the fields!"}};
     for (const char* bad : {"empty", "blanks only", "a quote", "a bracket", "300 characters", "text in a number field"})
         expected[{"Km", bad}] = "Fill in the kilometers";
-    holdAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, allocate), expected);
+    HoldBadTextAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, allocate), expected);
     EXPECT_EQ(scalar("select max(len(note)) from vdiens_allocated"), "100"); // the note's column, not more
 
     addHistory(m_ford, "2024/08/01", "75.00", "9000", "Tyres");
@@ -109,7 +100,7 @@ TEST_F(ServiceBadText, AllocationAndHistoryEdit) {
             expected[{"Date", bad.name}] = "The date entered is not a valid date. Please change the date.";
     for (const char* bad : {"empty", "blanks only", "a quote", "a bracket", "300 characters", "text in a number field"})
         expected[{"Km", bad}] = "Fill in the kilometers";
-    holdAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, edit), expected);
+    HoldBadTextAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, edit), expected);
     EXPECT_EQ(scalar("select [date] from vdiens_allocated where vechileid = " + QString::number(m_ford)), "9999/12/31");
 }
 
@@ -154,7 +145,7 @@ TEST_F(ServiceBadText, CostLines) {
         for (const char* field : {"Reference 1", "Reference 2"})
             for (const char* bad : {"empty", "blanks only"})
                 expected[{field, bad}] = "Invalid Empty";
-        holdAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, screen), expected);
+        HoldBadTextAgainst(TypeBadTextIntoEveryField(*m_session.db, m_messages, screen), expected);
     }
 }
 

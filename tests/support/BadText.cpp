@@ -135,3 +135,12 @@ std::vector<BadTextOutcome> TypeBadTextIntoEveryField(Database& db, ScriptedMess
     }
     return outcomes;
 }
+
+void HoldBadTextAgainst(const std::vector<BadTextOutcome>& outcomes, const BadTextExpected& expected) {
+    for (const BadTextOutcome& o : outcomes) {
+        SCOPED_TRACE(o.field.toStdString() + " <- " + o.text.toStdString());
+        const auto it = expected.find({o.field, o.text});
+        const QString shown = o.endedRun ? o.message.section('\n', 0, 0) : o.refused ? o.message : "<taken>";
+        EXPECT_EQ(shown.toStdString(), (it == expected.end() ? QString("<taken>") : it->second).toStdString());
+    }
+}

@@ -12,6 +12,7 @@
 #include <QPlainTextEdit>
 #include <QString>
 #include <functional>
+#include <map>
 #include <vector>
 
 struct BadText {
@@ -57,3 +58,7 @@ struct BadTextOutcome {
 // test can hold them against the messages it expects.
 std::vector<BadTextOutcome> TypeBadTextIntoEveryField(Database& db, ScriptedMessageService& messages,
                                                       const BadTextScreen& screen);
+
+// The message each refused case must give, by field and bad text; a case not listed must be taken.
+using BadTextExpected = std::map<std::pair<QString, QString>, QString>;
+void HoldBadTextAgainst(const std::vector<BadTextOutcome>& outcomes, const BadTextExpected& expected);
